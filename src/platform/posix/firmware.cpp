@@ -1,0 +1,13 @@
+#include "platform/firmware.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace platform {
+
+Bytes ReadSmbiosTable() {
+  std::ifstream table("/sys/firmware/dmi/tables/DMI", std::ios::binary);  // for root only
+  return Bytes(std::istreambuf_iterator<char>(table), {});
+}
+
+}  // namespace platform

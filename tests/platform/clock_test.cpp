@@ -1,0 +1,89 @@
+#include "platform/clock.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "platform/system_types.h"
+#include "tests/support/test_environment.h"
+
+namespace {
+
+SYSTEMTIME Time(int year, int month, int day, int hour = 0, int minute = 0, int second = 0,
+                int milliseconds = 0, int day_of_week = 0) {
+  const auto narrow = [](int value) { return static_cast<std::uint16_t>(value); };
+  return {narrow(year), narrow(month),  narrow(day_of_week), narrow(day),
+          narrow(hour), narrow(minute), narrow(second),      narrow(milliseconds)};
+}
+
+auto Fields(const SYSTEMTIME& time) {
+  return std::tuple(+time.wYear, +time.wMonth, +time.wDayOfWeek, +time.wDay, +time.wHour,
+                    +time.wMinute, +time.wSecond, +time.wMilliseconds);
+}
+
+TEST(ClockTest, FileTimesAndCalendarTimesAreEachOther) {
+  const struct {
+    SYSTEMTIME time;
+    std::int64_t file_time;
+  } cases[] = {
+      {Time(1601, 1, 1, 0, 0, 0, 0, 1), 0},
+      {Time(1970, 1, 1, 0, 0, 0, 0, 4), 116'444'736'000'000'000},
+      {Time(2000, 2, 29, 23, 59, 59, 999, 2), 125'963'423'999'990'000},
+      {Time(2100, 3, 1, 0, 0, 0, 1, 1), 157'520'160'000'010'000},
+      {Time(30827, 12, 31, 23, 59, 59, 999, 5), 9'223'149'887'999'990'000},
+  };
+  for (const auto& [time, file_time] : cases) {
+    std::int64_t converted = -1;
+    EXPECT_TRUE(platform::ToFileTime(time, &converted));
+    EXPECT_EQ(converted, file_time);
+    EXPECT_EQ(Fields(platform::FromFileTime(file_time)), Fields(time)) << file_time;
+  }
+  std::int64_t day = 0;
+  for (int i = 0; i < 150'000; ++i, day += 86'400 * platform::kFileTimePerSecond) {
+    std::int64_t back = -1;
+    ASSERT_TRUE(platform::ToFileTime(platform::FromFileTime(day), &back));
+    ASSERT_EQ(back, day);
+  }
+}
+
+TEST(ClockTest, TimesThatDoNotExistAreRefused) {
+  std::int64_t untouched = 7;
+  for (const SYSTEMTIME& time :
+       {Time(1600, 12, 31), Time(30828, 1, 1), Time(2023, 2, 29), Time(2100, 2, 29),
+        Time(2024, 4, 31), Time(2024, 0, 1), Time(2024, 13, 1), Time(2024, 1, 0),
+        Time(2024, 1, 1, 24), Time(2024, 1, 1, 0, 60), Time(2024, 1, 1, 0, 0, 60),
+        Time(2024, 1, 1, 0, 0, 0, 1000), Time(65535, 65535, 65535, 65535)}) {
+    EXPECT_FALSE(platform::ToFileTime(time, &untouched));
+  }
+  EXPECT_EQ(untouched, 7);
+  for (const std::int64_t file_time : {INT64_MIN, std::int64_t{-1}, INT64_MAX}) {
+    EXPECT_EQ(Fields(platform::FromFileTime(file_time)), Fields(SYSTEMTIME{}));
+  }
+  for (const std::int64_t seconds : {INT64_MIN, INT64_MAX}) {
+    EXPECT_EQ(Fields(platform::UtcToLocal(seconds)), Fields(SYSTEMTIME{}));
+  }
+  EXPECT_EQ(platform::FileTimeToUnix(platform::UnixToFileTime(-3) + 1), -3);
+  EXPECT_EQ(platform::FileTimeToUnix(-1), -platform::kUnixEpochInSeconds - 1);
+}
+
+TEST(ClockTest, AllOfItFollowsTheClockInUse) {
+  TestEnvironment environment;
+  EXPECT_EQ(platform::NowUtc(), 1'710'331'200);
+  environment.clock().SetLocalOffset(-3600);
+  environment.clock().Advance(61);
+  EXPECT_EQ(platform::NowUtc(), 1'710'331'261);
+  EXPECT_EQ(Fields(platform::NowLocal()), Fields(Time(2024, 3, 13, 11, 1, 1, 0, 3)));
+  EXPECT_EQ(Fields(platform::UtcToLocal(0)), Fields(Time(1969, 12, 31, 23, 0, 0, 0, 3)));
+  EXPECT_EQ(platform::TickCount(), 61'000u);
+}
+
+TEST(ClockTest, TheMachinesClockRuns) {
+  const std::int64_t now = platform::NowUtc();
+  EXPECT_GT(now, 1'700'000'000);
+  std::int64_t local = 0;
+  ASSERT_TRUE(platform::ToFileTime(platform::UtcToLocal(now), &local));
+  EXPECT_LE(std::abs(platform::FileTimeToUnix(local) - now), 15 * 3600);
+  EXPECT_NE(platform::TickCount(), 0u);
+}
+
+}  // namespace

@@ -1,0 +1,47 @@
+#include "tests/support/child_process.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <string_view>
+
+#include "platform/files.h"
+#include "platform/testing.h"
+#include "platform/text.h"
+namespace {
+
+constexpr std::string_view kSwitch = "--child=";
+
+std::map<std::string, int (*)(const Arguments&), std::less<>>& Functions() {
+  static std::map<std::string, int (*)(const Arguments&), std::less<>> functions;
+  return functions;
+}
+
+}  // namespace
+
+ChildFunction::ChildFunction(const char* name, int (*function)(const Arguments&)) {
+  Functions()[name] = function;
+}
+
+ChildProcess::ChildProcess(const std::wstring& folder, const std::string& name,
+                           const Arguments& arguments) {
+  // Both shells take quotes as they are when the line does not begin with one.
+  std::string line = "cd . && \"" + platform::WideToUtf8(platform::ExecutablePath()) + "\" " +
+                     std::string(kSwitch) + name + " \"" + platform::WideToUtf8(folder) + '"';
+  for (const std::string& argument : arguments) line += " \"" + argument + '"';
+  exit_status_ = std::async(std::launch::async, [line] { return std::system(line.c_str()); });
+}
+
+bool IsChild(int argc, char** argv) {
+  return argc > 2 && std::string_view(argv[1]).starts_with(kSwitch);
+}
+
+int RunAsChild(int argc, char** argv) {
+  const auto found = Functions().find(std::string_view(argv[1]).substr(kSwitch.size()));
+  if (found == Functions().end()) {
+    std::fprintf(stderr, "No child function: %s\n", argv[1]);
+    return 1;
+  }
+  platform::RedirectMachine(platform::Utf8ToWide(argv[2]));
+  return found->second(Arguments(argv + 3, argv + argc));
+}

@@ -1,0 +1,78 @@
+// The fixture of the tests that need a database.
+
+#ifndef TESTS_SUPPORT_POLICY_TEST_H_
+#define TESTS_SUPPORT_POLICY_TEST_H_
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "records/document.h"
+#include "tests/support/test_environment.h"
+#include "wexpol.h"
+
+// A fresh provisioned database at the installed location of a folder, registry and clock of its
+// own, with a session and a raw handle on it.
+class PolicyTest : public ::testing::Test {
+ protected:
+  PolicyTest();
+  ~PolicyTest() override;
+
+  CPolicyDB& db() { return *db_; }
+  // Another connection to the same file, for record operations and for looking at rows.
+  sqlite3* handle() { return handle_; }
+  TestEnvironment& environment() { return environment_; }
+  std::wstring path() const;
+
+  // Closes both connections, so that the file itself can be worked on.
+  void CloseAll();
+
+  // Runs statements; a failure fails the test.
+  void Sql(const std::string& statements);
+  // The rows of a select: columns joined by '|', NULL as "NULL", blobs as hexadecimal digits.
+  std::vector<std::string> Rows(const std::string& select);
+  // The first of them; empty when there is none.
+  std::string Row(const std::string& select);
+
+  // What GenerateJson makes of a record.
+  template <typename Record>
+  static std::string Json(const Record& record) {
+    std::string out;
+    record.GenerateJson(out);
+    return out;
+  }
+
+ private:
+  TestEnvironment environment_;
+  std::unique_ptr<CPolicyDB> db_;
+  sqlite3* handle_;
+};
+
+inline constexpr char kAccessCode[] = "60718";
+inline constexpr int kReadWrite = SQLITE_OPEN_READWRITE;
+
+// Records as the library lists them: filled by a Get... operation, deleted at the end.
+template <typename Record>
+class RecordList {
+ public:
+  RecordList() = default;
+  RecordList(const RecordList&) = delete;
+  RecordList& operator=(const RecordList&) = delete;
+  ~RecordList() {
+    for (Record* record : list) delete record;
+  }
+  std::list<Record*> list;
+};
+
+// Parses a JSON text into a record; false as ParseJson, or when the text is no JSON.
+template <typename Record>
+bool ParseText(Record& record, const std::string& json) {
+  records::Document document;
+  return document.Parse(json.c_str()) && record.ParseJson(document.root());
+}
+
+#endif  // TESTS_SUPPORT_POLICY_TEST_H_

@@ -1,0 +1,60 @@
+// What every test stands on: a folder of its own, a private registry, a clock that it sets.
+
+#ifndef TESTS_SUPPORT_TEST_ENVIRONMENT_H_
+#define TESTS_SUPPORT_TEST_ENVIRONMENT_H_
+
+#include <cstdint>
+#include <string>
+
+#include "platform/clock.h"
+
+// Stands still until it is moved. Starts at noon of Wednesday, 13 March 2024; local time is UTC.
+class FakeClock : public platform::Clock {
+ public:
+  FakeClock() { SetLocal(2024, 3, 13, 12); }
+
+  void SetUtc(std::int64_t seconds) { utc_ = platform::UnixToFileTime(seconds); }
+  void SetLocal(int year, int month, int day, int hour, int minute = 0, int second = 0,
+                int millisecond = 0);
+  // Ticks go along.
+  void Advance(std::int64_t seconds);
+  // Seconds that local time is ahead of UTC.
+  void SetLocalOffset(std::int64_t seconds) { offset_ = seconds * platform::kFileTimePerSecond; }
+  void SetTickCount(std::uint32_t ticks) { ticks_ = ticks; }
+
+  std::int64_t UtcFileTime() const override { return utc_; }
+  std::int64_t UtcToLocal(std::int64_t utc_file_time) const override {
+    return utc_file_time + offset_;
+  }
+  std::uint32_t TickCount() const override { return ticks_; }
+
+ private:
+  std::int64_t utc_ = 0;
+  std::int64_t offset_ = 0;
+  std::uint32_t ticks_ = 0;
+};
+
+// A member of a fixture. While it lives, file locations, registry and shared objects are its own
+// and empty, and the clock is `clock()`. Its end removes them all, and fails the test when a file
+// of the folder is still open.
+class TestEnvironment {
+ public:
+  TestEnvironment();
+  ~TestEnvironment();
+  TestEnvironment(const TestEnvironment&) = delete;
+  TestEnvironment& operator=(const TestEnvironment&) = delete;
+
+  const std::wstring& folder() const { return folder_; }
+  std::wstring PathOf(const wchar_t* name) const;
+  FakeClock& clock() { return clock_; }
+
+ private:
+  std::wstring folder_;
+  FakeClock clock_;
+};
+
+// The bytes of a file in the folder or elsewhere; a missing file is empty.
+std::string ReadBytes(const std::wstring& path);
+void WriteBytes(const std::wstring& path, const std::string& bytes);
+
+#endif  // TESTS_SUPPORT_TEST_ENVIRONMENT_H_

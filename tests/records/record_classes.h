@@ -1,0 +1,32 @@
+// Every record class, for what must hold of all of them.
+
+#ifndef TESTS_RECORDS_RECORD_CLASSES_H_
+#define TESTS_RECORDS_RECORD_CLASSES_H_
+
+#include "wexpol.h"
+
+namespace internal {
+
+template <typename... Records>
+struct RecordClasses {
+  template <typename Visitor>
+  static void ForEach(const Visitor& visitor) {
+    (visitor.template operator()<Records>(), ...);
+  }
+};
+
+using AllRecordClasses =
+    RecordClasses<CAccount, CDevice, CNic, CLogin, CLoginDetail, CNetwork, CDeviceGroup, CCategory,
+                  CFilterSetting, CFilterUrl, CFilterCategory, CFilterProxyPort, CProxyPort,
+                  CSafeSearchParameter, CIcatKeyword, CNeverBlockApp, CNeverBlockDomain,
+                  CSwgSettings, CApp, CAppFile, CAppChecksum, CAppControl, CAppControlApp>;
+
+}  // namespace internal
+
+// Calls visitor.operator()<Record>() for each.
+template <typename Visitor>
+void ForEachRecordClass(const Visitor& visitor) {
+  internal::AllRecordClasses::ForEach(visitor);
+}
+
+#endif  // TESTS_RECORDS_RECORD_CLASSES_H_

@@ -1,0 +1,131 @@
+// The session itself: search, open, close, restore, check, transactions.
+
+#include "policydb/policy_db.h"
+
+#include <cstring>
+
+#include "platform/file_paths.h"
+#include "platform/files.h"
+#include "policydb/connection.h"
+#include "policydb/diagnostic_log.h"
+#include "policydb/facade.h"
+#include "records/global_tables.h"
+#include "records/statement.h"
+
+namespace {
+
+constexpr char kAccessCode[] = "60718";
+constexpr wchar_t kFileName[] = L"wexpol.db";
+
+void CheckAccess(const char* access_code) {
+  if (!access_code || std::strcmp(access_code, kAccessCode) != 0) throw 0;
+}
+
+// Puts the backup in the place of the database. What the engine left beside the replaced file
+// belongs to its old content.
+bool CopyBackup(const std::wstring& backup, const std::wstring& database) {
+  if (!platform::CopyFileOver(backup, database)) return false;
+  for (const wchar_t* suffix : {L"-journal", L"-wal", L"-shm"}) {
+    platform::RemoveFile(database + suffix);
+  }
+  return true;
+}
+
+}  // namespace
+
+CPolicyDB::CPolicyDB(const char* accessCode, int openFlags, int busyTimeoutMs)
+    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+  CheckAccess(accessCode);
+  const int code = policydb::Ask(SQLITE_NOMEM, [&] { return OpenFirstFound(); });
+  if (code != SQLITE_OK) {
+    policydb::LogMessage("SQLite error: %d : %s", code, sqlite3_errmsg(handle()));
+  }
+}
+
+CPolicyDB::CPolicyDB(const char* accessCode, const wchar_t* path, int openFlags, int busyTimeoutMs)
+    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+  CheckAccess(accessCode);
+  OpenDB(path, openFlags, busyTimeoutMs);
+}
+
+CPolicyDB::CPolicyDB(const CPolicyDB& other) = default;
+CPolicyDB& CPolicyDB::operator=(const CPolicyDB& other) = default;
+CPolicyDB::~CPolicyDB() { CloseDB(); }
+
+int CPolicyDB::OpenIfThere(const std::wstring& path, int code) {
+  return DoesFileExist(path.c_str()) ? OpenDB(path.c_str(), m_openFlags, m_busyTimeoutMs) : code;
+}
+
+// The answer is the code of the last open that was tried.
+int CPolicyDB::OpenFirstFound() {
+  int code = SQLITE_CANTOPEN;
+  const std::wstring beside = platform::ReplaceFileName(platform::ExecutablePath(), kFileName);
+  if (!beside.empty()) code = OpenIfThere(beside, code);
+  if (code != SQLITE_OK) code = OpenIfThere(kFileName, code);
+  const std::wstring database = CFilePaths::GetLocationDB();
+  if (code != SQLITE_OK) code = OpenIfThere(database, code);
+  if (code == SQLITE_OK) return code;
+
+  const std::wstring backup = CFilePaths::GetLocationBackupDB();
+  if (DoesFileExist(backup.c_str()) && CopyBackup(backup, database)) {
+    code = OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs);
+  }
+  return code;
+}
+
+int CPolicyDB::OpenDB(const wchar_t* path, int openFlags, int busyTimeoutMs) {
+  m_db.reset();
+  return policydb::Ask(SQLITE_NOMEM, [&] {
+    return policydb::Connection::Open(path, openFlags, busyTimeoutMs, m_db);
+  });
+}
+
+void CPolicyDB::CloseDB() {
+  if (m_db) m_db->Close();
+  m_db.reset();
+}
+
+bool CPolicyDB::IsValidDB() const { return handle() != nullptr; }
+
+sqlite3* CPolicyDB::handle() const { return m_db ? m_db->handle() : nullptr; }
+
+sqlite3* policydb::HandleOf(const CPolicyDB& session) { return session.handle(); }
+
+bool CPolicyDB::RestoreDB() {
+  CloseDB();
+  return policydb::Ask([&] {
+    const std::wstring database = CFilePaths::GetLocationDB();
+    const std::wstring backup = CFilePaths::GetLocationBackupDB();
+    if (DoesFileExist(backup.c_str())) CopyBackup(backup, database);
+    return OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs) == SQLITE_OK;
+  });
+}
+
+bool CPolicyDB::CheckIntegrity() {
+  records::Statement check(handle(), "PRAGMA integrity_check;");
+  if (!check.Row() || sqlite3_column_type(check.get(), 0) != SQLITE_TEXT) return false;
+  return std::strcmp(check.Text(0), "ok") == 0;
+}
+
+bool CPolicyDB::Transaction(TRANSACTION step) {
+  switch (step) {
+    case TRANSACTION_BEGIN:
+      // Not valid SQL: it always fails, and is run ahead of the pragma all the same.
+      sqlite3_exec(handle(), "accounts", nullptr, nullptr, nullptr);
+      sqlite3_exec(handle(), "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+      return records::Execute(handle(), "BEGIN TRANSACTION;");
+    case TRANSACTION_COMMIT:
+      return records::Execute(handle(), "COMMIT;");
+    case TRANSACTION_ROLLBACK:
+      return records::Execute(handle(), "ROLLBACK;");
+  }
+  return false;
+}
+
+const std::string& CPolicyDB::GetError() const { return m_error; }
+
+void CPolicyDB::GetGlobalTableJson(std::uint64_t& emptyMask, std::string& out) {
+  policydb::Ask([&] { return CGlobalTables().GenerateJson(emptyMask, out, handle()), true; });
+}
+
+bool CPolicyDB::DoesFileExist(const wchar_t* path) { return path && platform::FileExists(path); }

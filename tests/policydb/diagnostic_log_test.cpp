@@ -1,0 +1,130 @@
+#include "policydb/diagnostic_log.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <thread>
+
+#include "platform/agent_registry.h"
+#include "platform/device_info.h"
+#include "platform/file_paths.h"
+#include "platform/files.h"
+#include "platform/named_mutex.h"
+#include "platform/text.h"
+#include "tests/support/child_process.h"
+#include "tests/support/test_environment.h"
+
+namespace {
+
+using policydb::LogMessage;
+
+class DiagnosticLogTest : public ::testing::Test {
+ protected:
+  // A file's text with the line ends of C.
+  static std::string TextOf(const std::wstring& path) {
+    std::string text = ReadBytes(path);
+    std::erase(text, '\r');
+    return text;
+  }
+
+  TestEnvironment environment_;
+  const std::wstring path_ = CFilePaths::GetLocationLogFile();
+  const std::wstring old_path_ = path_ + L".old.log";
+};
+
+TEST_F(DiagnosticLogTest, ColumnsHaveEightCharacters) {
+  EXPECT_EQ(policydb::LogColumn(L"amy"), L"amy     ");
+  EXPECT_EQ(policydb::LogColumn(L"administrators"), L"administ");
+  EXPECT_EQ(policydb::LogColumn(L""), L"        ");
+  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\agentservice.exe"), L"agentser");
+  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\a.b.exe"), L"a.b     ");
+  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\agent"), L"agent   ");
+}
+
+TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
+  ASSERT_TRUE(CDeviceInfo::WriteDeviceID(42));
+  WriteBytes(path_, "");  // an empty file is a new one
+  environment_.clock().SetLocal(2009, 7, 4, 8, 5, 9);
+  EXPECT_TRUE(LogMessage("%s = %d", "s\xC3\xA4t", -5));
+  EXPECT_TRUE(LogMessage("%s", std::string(100'000, 'x').c_str()));
+
+  const std::string head = "07/04/09 08:05:09 " +
+                           platform::WideToUtf8(policydb::LogColumn(platform::CurrentUserName())) +
+                           " wexpol_t - WexPol > ";
+  EXPECT_EQ(TextOf(path_), "ClientVersion = " + std::to_string(WEXPOL_VERSION_MAJOR) + "." +
+                               std::to_string(WEXPOL_VERSION_MINOR) + "." +
+                               std::to_string(WEXPOL_VERSION_PATCH) + ", DeviceID = 42\n" + head +
+                               "s\xC3\xA4t = -5\n" + head + std::string(100'000, 'x') + "\n");
+}
+
+TEST_F(DiagnosticLogTest, AFileLargerThanTheThresholdIsPutAside) {
+  const struct {
+    std::uint32_t debug;
+    std::size_t threshold;
+  } cases[] = {{0, 5'242'880}, {1, 10'485'760}};
+  for (const auto& [debug, threshold] : cases) {
+    if (debug) platform::WriteDword(platform::AgentKey::kAgent, L"EnableLogLevelDebug", debug);
+    policydb::ResetLogForTesting();
+    WriteBytes(path_, std::string(threshold, 'x'));
+    WriteBytes(old_path_, "older");
+    EXPECT_TRUE(LogMessage("appended"));
+    EXPECT_GT(platform::FileSize(path_).value_or(0), threshold);
+    EXPECT_EQ(ReadBytes(old_path_), "older");
+
+    WriteBytes(path_, std::string(threshold + 1, 'x'));
+    EXPECT_TRUE(LogMessage("fresh"));
+    EXPECT_EQ(platform::FileSize(old_path_), threshold + 1);
+    EXPECT_TRUE(TextOf(path_).starts_with("ClientVersion"));
+    EXPECT_LT(platform::FileSize(path_).value_or(threshold), 200u);
+  }
+}
+
+TEST_F(DiagnosticLogTest, ALineIsDroppedWhenTheFileIsNotToBeHad) {
+  platform::NamedMutex mutex(L"Global\\Veyra_Log");
+  ASSERT_EQ(mutex.Wait(0), platform::NamedMutex::WaitResult::kObtained);
+  bool written = true;
+  std::thread([&] { written = LogMessage("waits 2 seconds"); }).join();
+  EXPECT_FALSE(written);
+  mutex.Release();
+  EXPECT_FALSE(platform::FileExists(path_));
+
+  CFilePaths::Redirect(environment_.PathOf(L"none"));
+  policydb::ResetLogForTesting();
+  EXPECT_FALSE(LogMessage("no folder"));
+}
+
+constexpr int kLines = 2000;
+
+int WriteLines(const Arguments& arguments) {
+  policydb::ResetLogForTesting(150'000);
+  int written = 0;
+  for (int i = 0; i < kLines; ++i) written += LogMessage("%s %d", arguments.at(0).c_str(), i);
+  return written == kLines ? 0 : 1;
+}
+const ChildFunction kWriteLines("log_write_lines", WriteLines);
+
+TEST_F(DiagnosticLogTest, TwoProcessesLoseAndTearNothing) {
+  ChildProcess other(environment_.folder(), "log_write_lines", {"a"});
+  EXPECT_EQ(WriteLines({"b"}), 0);
+  ASSERT_TRUE(other.Succeeded());
+
+  EXPECT_GT(platform::FileSize(old_path_).value_or(0), 150'000u);
+  EXPECT_LT(platform::FileSize(old_path_).value_or(0), 150'200u);
+  std::istringstream lines(TextOf(old_path_) + TextOf(path_));
+  int next[2] = {0, 0}, heads = 0;
+  constexpr std::size_t kHead = 47;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("ClientVersion = ")) {
+      ++heads;
+      continue;
+    }
+    ASSERT_EQ(line.find(" - WexPol > "), kHead - 12) << line;
+    int& number = next[line[kHead] == 'a' ? 0 : 1];
+    ASSERT_EQ(line.substr(kHead + 1), " " + std::to_string(number)) << line;
+    ++number;
+  }
+  EXPECT_EQ(heads, 2);
+  EXPECT_EQ(next[0] + next[1], 2 * kLines);
+}
+
+}  // namespace

@@ -1,0 +1,27 @@
+// Which alerts the partner's sales are told of: table "sales_alert_options". Only kept here.
+
+#ifndef ALERTS_SALES_ALERT_OPTION_H_
+#define ALERTS_SALES_ALERT_OPTION_H_
+
+#include <cstdint>
+
+#include "records/record.h"
+
+struct tblSalesAlertOption {
+  std::int32_t id = -1;
+  std::int32_t partner_id = -1;
+  bool av_enabled = false;
+  bool backup_enabled = false;
+  bool cpu_enabled = false;
+  bool disk_enabled = false;
+  bool filter_enabled = false;
+  bool ram_enabled = false;
+};
+
+class WEXPOL_API CSalesAlertOption
+    : public records::Record<CSalesAlertOption, tblSalesAlertOption> {
+ public:
+  static const records::Table& Table();
+};
+
+#endif  // ALERTS_SALES_ALERT_OPTION_H_

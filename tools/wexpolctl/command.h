@@ -1,0 +1,77 @@
+// A command of the tool: how it is told, what it is given, how it fails.
+
+#ifndef WEXPOLCTL_COMMAND_H_
+#define WEXPOLCTL_COMMAND_H_
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "tools/wexpolctl/report.h"
+
+namespace wexpolctl {
+
+enum ExitCode : int {
+  kDone = 0,
+  kFinding = 1,  // Something is wrong with the data, or it was refused.
+  kUsage = 2,
+  kCannotOpen = 3,  // The database, or a file that is needed, cannot be read.
+};
+
+// Thrown to end a command: one sentence on what is wrong, one on what to do (or none). What the
+// report holds by then is still printed. Never carries a secret.
+struct Failure {
+  ExitCode code;
+  std::string problem;
+  std::string next;
+};
+
+// The file is missing or damaged: a backup could take its place.
+struct LostFile : Failure {};
+
+struct Option {
+  enum Kind { kFlag, kText, kNumber, kTexts };  // kTexts: one or more.
+
+  const char* name;  // "--limit NUMBER", or "TABLE" for one that is told by its place.
+  Kind kind;
+  const char* help;
+  bool required = false;
+};
+
+// What was given, by option name.
+class Options {
+ public:
+  explicit Options(std::map<std::string, std::vector<std::string>> given)
+      : given_(std::move(given)) {}
+
+  bool Has(const std::string& name) const { return given_.contains(name); }
+  std::vector<std::string> Texts(const std::string& name) const;
+  // The one value; empty when it was not given.
+  std::string Text(const std::string& name) const;
+  std::optional<std::int64_t> Number(const std::string& name) const;
+
+ private:
+  std::map<std::string, std::vector<std::string>> given_;
+};
+
+// One run of a command.
+struct Call {
+  const Options& options;
+  Report& report;
+  std::wstring database;   // The file that --db names, else the installed one.
+  std::ostream* terminal;  // To draw progress on; null when nobody watches.
+};
+
+struct Command {
+  const char* name;  // Two words make a command of a group: "config get".
+  const char* help;
+  std::vector<Option> options;
+  ExitCode (*run)(Call& call);
+};
+
+}  // namespace wexpolctl
+
+#endif  // WEXPOLCTL_COMMAND_H_

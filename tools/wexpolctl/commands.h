@@ -1,0 +1,63 @@
+// The commands of the tool, each in a file of its own.
+
+#ifndef WEXPOLCTL_COMMANDS_H_
+#define WEXPOLCTL_COMMANDS_H_
+
+#include "tools/wexpolctl/command.h"
+
+namespace wexpolctl {
+
+Command AlertsCommand();
+Command BackupCommand();
+Command BundleCommand();
+Command CheckCommand();
+Command ConfigGetCommand();
+Command ConfigListCommand();
+Command DoctorCommand();
+Command ExplainCommand();
+Command FilterCheckCommand();
+Command IdentityCommand();
+Command InitCommand();
+Command ListCommand();
+Command NextScanCommand();
+Command OptionsCommand();
+Command RestoreCommand();
+Command ServicesCommand();
+Command StatusCommand();
+Command SyncCommand();
+Command TablesCommand();
+Command TimeCommand();
+Command VersionsCommand();
+
+// In the order of the help.
+inline constexpr Command (*kCommands[])() = {
+    // The file.
+    &StatusCommand,
+    &DoctorCommand,
+    &InitCommand,
+    &CheckCommand,
+    &BackupCommand,
+    &RestoreCommand,
+    // What lies in it.
+    &SyncCommand,
+    &TablesCommand,
+    &ListCommand,
+    &VersionsCommand,
+    // What the agent would be answered.
+    &IdentityCommand,
+    &ConfigGetCommand,
+    &ConfigListCommand,
+    &ExplainCommand,
+    &FilterCheckCommand,
+    &ServicesCommand,
+    &OptionsCommand,
+    &AlertsCommand,
+    &NextScanCommand,
+    &TimeCommand,
+    // For support.
+    &BundleCommand,
+};
+
+}  // namespace wexpolctl
+
+#endif  // WEXPOLCTL_COMMANDS_H_

@@ -1,0 +1,56 @@
+// wexpolctl init: makes the encrypted file with its empty tables.
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "tools/provision/provision.h"
+#include "tools/wexpolctl/commands.h"
+#include "tools/wexpolctl/database.h"
+#include "tools/wexpolctl/files.h"
+
+namespace wexpolctl {
+namespace {
+
+ExitCode Init(Call& call) {
+  const std::string shown = platform::WideToUtf8(call.database);
+  if (platform::FileExists(call.database) && !call.options.Has("--force")) {
+    throw Failure{
+        kFinding, "There already is a database at " + shown + ".",
+        "Look at it with 'wexpolctl status', or replace it, losing its rows, with --force."};
+  }
+  std::error_code ignored;
+  std::filesystem::create_directories(ToPath(call.database).parent_path(), ignored);
+
+  // Made beside its place, so that a file that was there is lost only to a complete one.
+  const std::wstring made = call.database + L".new";
+  platform::RemoveFile(made);
+  std::string error;
+  if (!provision::CreateDatabase(made, error)) {
+    throw Failure{kCannotOpen, shown + " cannot be made: " + error + ".",
+                  "Check the path and whether this user may write there."};
+  }
+  if (!MoveDatabase(made, call.database)) {
+    platform::RemoveFile(made);
+    throw Failure{kFinding, shown + " cannot be replaced.",
+                  "Stop the processes that have it open first."};
+  }
+  Database database(call.database);
+  call.report.Add("created", Text(shown));
+  call.report.Add("tables",
+                  Number(static_cast<std::int64_t>(TableNames(database.handle()).size())));
+  call.report.AddLine("Next: fill it with 'wexpolctl sync FOLDER'.");
+  return kDone;
+}
+
+}  // namespace
+
+Command InitCommand() {
+  return {"init",
+          "Make the encrypted database with its empty tables",
+          {{"--force", Option::kFlag, "Replace a database that is there; its rows are lost"}},
+          &Init};
+}
+
+}  // namespace wexpolctl

@@ -1,0 +1,20 @@
+// The tool as one function.
+
+#ifndef WEXPOLCTL_RUN_H_
+#define WEXPOLCTL_RUN_H_
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace wexpolctl {
+
+// Runs one command line, given without the program's name and in UTF-8; answers the exit code.
+// Results go to `out`; what is wrong, with what to do about it, to `err`, and so does progress when
+// `err` is a terminal. With --root the process stays redirected to that folder.
+int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+        bool err_is_terminal = false);
+
+}  // namespace wexpolctl
+
+#endif  // WEXPOLCTL_RUN_H_

@@ -1,0 +1,77 @@
+// wexpolctl services and options: the protection services of this device.
+
+#include "records/query.h"
+#include "services/device_service.h"
+#include "services/service_attempts.h"
+#include "tools/wexpolctl/commands.h"
+#include "tools/wexpolctl/database.h"
+
+namespace wexpolctl {
+namespace {
+
+constexpr short kAntivirus = 1;
+constexpr short kAllowedAttempts = 3;
+
+// Nothing where the agent does not count.
+Cell AttemptsLeft(CPolicyDB& session, short service, const wchar_t* format) {
+  short count;
+  if (!session.ReadServiceAttemptsFromRegistry(count, service, format)) return Nothing();
+  return Number(count < kAllowedAttempts ? kAllowedAttempts - count : 0);
+}
+
+ExitCode Services(Call& call) {
+  Database database(call.database);
+  CPolicyDB& session = database.session();
+  const auto device = LocalDeviceId(database.handle());
+  if (!device) {
+    throw Failure{kFinding, "This computer is none of the devices in the database.",
+                  "Synchronise the devices; see 'wexpolctl identity'."};
+  }
+  Listing& listing = call.report.AddListing(
+      "services", {"id", "service", "status", "available", "installed", "enabled", "install needed",
+                   "downloads left", "installs left"});
+  records::Statement select(database.handle(),
+                            "SELECT id, name FROM services UNION SELECT service_id, NULL FROM "
+                            "device_services WHERE device_id=?1 AND service_id NOT IN (SELECT id "
+                            "FROM services) ORDER BY id",
+                            *device);
+  while (select.Row()) {
+    const auto id = static_cast<short>(select.Int(0));
+    CDeviceService service;
+    const bool has_row = service.Get(database.handle(), *device, id);
+    listing.Add({Number(id), select.IsNull(1) ? Nothing() : Text(select.Text(1)),
+                 has_row ? Number(service.device_service_status_id) : Nothing(),
+                 Flag(session.IsServiceAvailable(id)), Flag(session.IsServiceInstalled(id)),
+                 Flag(session.IsServiceEnabled(id, true)),
+                 Flag(session.IsServiceInstallNeeded(id, *device)),
+                 AttemptsLeft(session, id, services::kDownloadAttempts),
+                 AttemptsLeft(session, id, services::kInstallAttempts)});
+  }
+  if (listing.empty()) call.report.AddLine("There are no services.");
+  return kDone;
+}
+
+ExitCode InstallerOptions(Call& call) {
+  Database database(call.database);
+  CDeviceService antivirus;
+  if (!database.session().GetDeviceService(antivirus, kAntivirus)) {
+    throw Failure{kFinding, "This device has no antivirus service.",
+                  "Synchronise devices and device_services; see 'wexpolctl services'."};
+  }
+  std::string options;
+  antivirus.BuildCustonIni(options);
+  call.report.AddBlock("options", options);
+  return kDone;
+}
+
+}  // namespace
+
+Command ServicesCommand() {
+  return {"services", "Show the state of each service on this device", {}, &Services};
+}
+
+Command OptionsCommand() {
+  return {"options", "Print the options of the antivirus installer", {}, &InstallerOptions};
+}
+
+}  // namespace wexpolctl

@@ -272,7 +272,7 @@ void LockCyclesOfADecision(benchmark::State& state) {
                 {"blocked_by_digest", kBlocked, false, true},
                 {"monitored_by_name", kMonitored, true, true},
                 {"monitored_by_digest", kMonitored, false, true}};
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     for (const auto& kind : kKinds) {
       const auto programs = database.Programs(kind.which, kind.by_name, kind.by_digest);
       lock_cycles = 0;
@@ -340,7 +340,7 @@ void DecisionUnderSynchronisation(benchmark::State& state) {
   synchroniser.Start(database.path());
   std::vector<double> times;
   int failed = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(state.range(0));
     while (std::chrono::steady_clock::now() < end) {
       const Program& program = programs[times.size() % programs.size()];

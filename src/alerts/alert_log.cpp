@@ -31,7 +31,7 @@ void AppendLocalTime(const char* key, std::int64_t utc, std::string& out) {
   const SYSTEMTIME local = platform::UtcToLocal(utc);
   if (utc == -1 || local.wYear == 0) return;
   char text[64];
-  std::snprintf(text, sizeof text, ",\"%s\": \"%d-%02d-%02dT%02d:%02d:%02d\"", key, local.wYear,
+  std::snprintf(text, sizeof text, R"(,"%s": "%d-%02d-%02dT%02d:%02d:%02d")", key, local.wYear,
                 local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond);
   out += text;
 }

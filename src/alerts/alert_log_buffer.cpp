@@ -46,7 +46,7 @@ void Purge(sqlite3* db, const CAlertEventType& type) {
     records::kInt32.bind(&type.id, purge, 2);
   }
   const int code = purge.Step();
-  if (code != SQLITE_DONE) throw code;
+  if (code != SQLITE_DONE) throw int{code};
 }
 
 // A log that is not sent now waits for the type's next check.

@@ -100,8 +100,7 @@ bool CAppControlInfo::LookupChecksum(sqlite3* db, const unsigned char* md5, int 
                               Digest(md5, md5Length));
 }
 
-// A lookup under no policy matches no rule set.
-
+// Without a policy no rule set can match, here and below.
 bool CAppControlInfo::IsAppBlocked(sqlite3* db, const char* fileName) {
   return policy_id != -1 &&
          records::QueryRecord(

@@ -11,8 +11,12 @@ using records::Column;
 // The date and time as the decimal number YYYYMMDDHHMMSS; 0 is none.
 struct DateTimeCoding {
   static std::int64_t Pack(const SYSTEMTIME& time) {
-    const std::int64_t date = (time.wYear * 100 + time.wMonth) * 100 + time.wDay;
-    return date * 1'000'000 + (time.wHour * 100 + time.wMinute) * 100 + time.wSecond;
+    std::int64_t packed = 0;
+    for (const std::uint16_t part :
+         {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond}) {
+      packed = packed * 100 + part;
+    }
+    return packed;
   }
 
   // False for a number that is no date and time.

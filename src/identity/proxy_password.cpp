@@ -91,10 +91,10 @@ WideText DecryptProxyPassword(std::wstring_view cipher_text, std::wstring_view k
   MakeKey(key, secrets->key);
   const int cipher_size = DecodeBase64(platform::WideToUtf8(cipher_text), secrets->cipher);
   const int size = Decrypt(*secrets, cipher_size);
-  if (size < 0) return WideText();
+  if (size < 0) return {};
   const std::string_view plain(reinterpret_cast<const char*>(secrets->plain),
                                static_cast<std::size_t>(size));
-  if (!platform::IsUtf8(plain)) return WideText();
+  if (!platform::IsUtf8(plain)) return {};
   const std::wstring_view wide(secrets->wide, platform::Utf8ToWide(plain, secrets->wide));
   return wide.size() <= kMaxPlainCharacters ? WideText(wide) : WideText();
 }

@@ -2,6 +2,7 @@
 
 #include "policydb/facade.h"
 #include "records/document.h"
+#include "services/service.h"
 #include "webfilter/category.h"
 #include "webfilter/filter_category.h"
 #include "webfilter/filter_proxy_port.h"
@@ -28,7 +29,7 @@ bool CPolicyDB::GetNoCacheCategories(std::string& out) {
   return policydb::Ask([&] { return CCategory::GetNoCacheCategories(out, handle()); });
 }
 
-bool CPolicyDB::IsFilterMachineOriented() { return true; }
+bool CPolicyDB::IsFilterMachineOriented() { return CService::IsFilterMachineOriented(handle()); }
 
 bool CPolicyDB::AddFilterSettings(const char* json) { return Add<CFilterSetting>(json); }
 bool CPolicyDB::ClearFilters() { return Clear<CFilterSetting>(); }

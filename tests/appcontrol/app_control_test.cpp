@@ -111,32 +111,31 @@ TEST_F(AppControlTest, ADigestHasThirtyTwoDigitsAndIsNeverAddedAsARecord) {
 }
 
 TEST_F(AppControlTest, TheFirstMatchDecides) {
-  Sql("INSERT INTO app_checksums(app_id,md5,control_flag) VALUES"
-      "(1,CAST('bbbbbbbbbbbbbbbb' AS BLOB),1),(1,CAST('pppppppppppppppp' AS "
-      "BLOB),2),(2,CAST('mmmmmmmmmmmmmmmm' AS BLOB),2),"
-      "(3,CAST('oooooooooooooooo' AS BLOB),2),(4,CAST('nnnnnnnnnnnnnnnn' AS BLOB),2)");
+  Sql("INSERT INTO app_checksums(app_id,control_flag,md5) SELECT column1,column2,"
+      "CAST(replace(hex(zeroblob(8)),'0',column3) AS BLOB) FROM "
+      "(VALUES(1,1,'b'),(1,2,'p'),(2,2,'m'),(3,2,'o'),(4,2,'n'))");
   const struct {
     int login;
-    const char* name;
     char digest;
+    const char* name;
     const char* found;
   } kCases[] = {
-      {1, "unknown.exe", 'u', "no -1 -1 -1 0"},
-      {1, "block.exe", 'b', "yes 10 100 1 1"},
-      {1, "Block.exe", 'u', "no -1 -1 -1 0"},   // Names differ by case.
-      {1, "block.exe", 'm', "yes 10 100 1 1"},  // The name before the digest.
-      {1, "watch.exe", 'b', "yes 10 100 1 1"},  // Blocking before monitoring.
-      {1, "copy.exe", 'b', "yes 10 100 1 1"},   // By its digest.
-      {1, nullptr, 'b', "yes 10 100 1 1"},
-      {1, "watch.exe", 'm', "yes 0 0 2 2 Tür & Tor"},
-      {1, "copy.exe", 'm', "yes 0 0 2 2 Tür & Tor"},
-      {1, "copy.exe", 'p', "yes 0 0 1 2 Spiel"},   // Learnt as monitored, so not blocked.
-      {1, "empty.exe", 'n', "yes 0 0 4 2"},        // Without a name.
-      {1, "other.exe", 'o', "no -1 -1 -1 0"},      // Known, but of another type.
-      {2, "block.exe", 'm', "yes 0 0 1 2 Spiel"},  // No rule set of its policy names it.
-      {2, "copy.exe", 'b', "no -1 -1 -1 0"},       // Learnt as blocked, not as monitored.
-      {3, "block.exe", 'm', "yes 0 0 1 2 Spiel"},  // No policy.
-      {9, "block.exe", 'm', "yes 0 0 1 2 Spiel"},  // No such login.
+      {1, 'u', "unknown.exe", "no -1 -1 -1 0"},
+      {1, 'b', "block.exe", "yes 10 100 1 1"},
+      {1, 'u', "Block.exe", "no -1 -1 -1 0"},   // Names differ by case.
+      {1, 'm', "block.exe", "yes 10 100 1 1"},  // The name before the digest.
+      {1, 'b', "watch.exe", "yes 10 100 1 1"},  // Blocking before monitoring.
+      {1, 'b', "copy.exe", "yes 10 100 1 1"},   // By its digest.
+      {1, 'b', nullptr, "yes 10 100 1 1"},
+      {1, 'm', "watch.exe", "yes 0 0 2 2 Tür & Tor"},
+      {1, 'm', "copy.exe", "yes 0 0 2 2 Tür & Tor"},
+      {1, 'p', "copy.exe", "yes 0 0 1 2 Spiel"},   // Learnt as monitored, so not blocked.
+      {1, 'n', "empty.exe", "yes 0 0 4 2"},        // Without a name.
+      {1, 'o', "other.exe", "no -1 -1 -1 0"},      // Known, but of another type.
+      {2, 'm', "block.exe", "yes 0 0 1 2 Spiel"},  // No rule set of its policy names it.
+      {2, 'b', "copy.exe", "no -1 -1 -1 0"},       // Learnt as blocked, not as monitored.
+      {3, 'm', "block.exe", "yes 0 0 1 2 Spiel"},  // No policy.
+      {9, 'm', "block.exe", "yes 0 0 1 2 Spiel"},  // No such login.
   };
   for (const auto& c : kCases) {
     EXPECT_EQ(Ask(c.login, c.name, c.digest), c.found) << c.login << c.name << c.digest;

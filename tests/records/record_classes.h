@@ -19,7 +19,9 @@ using AllRecordClasses =
     RecordClasses<CAccount, CDevice, CNic, CLogin, CLoginDetail, CNetwork, CDeviceGroup, CCategory,
                   CFilterSetting, CFilterUrl, CFilterCategory, CFilterProxyPort, CProxyPort,
                   CSafeSearchParameter, CIcatKeyword, CNeverBlockApp, CNeverBlockDomain,
-                  CSwgSettings, CApp, CAppFile, CAppChecksum, CAppControl, CAppControlApp>;
+                  CSwgSettings, CApp, CAppFile, CAppChecksum, CAppControl, CAppControlApp, CPolicy,
+                  CAuthLog, CService, CPolicyService, CDeviceService, CServiceConfiguration,
+                  CGlobalConfiguration, CDeviceSubserviceVersion>;
 
 }  // namespace internal
 

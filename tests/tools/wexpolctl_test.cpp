@@ -294,16 +294,18 @@ TEST_F(WexpolctlTest, SecretsAreNeverPrinted) {
   std::int64_t masked = 0;
   {
     Database database(path());
-    for (const std::string& table : wexpolctl::TableNames(database.handle())) {
-      for (const std::string& column : wexpolctl::ColumnNames(database.handle(), table)) {
-        const bool telling = Holds(column, "token") || Holds(column, "license") ||
-                             (Holds(column, "password") && !Holds(column, "_override") &&
-                              !Holds(column, "requires") && !Holds(column, "vault")) ||
-                             column == "public_key" || column == "link";
-        EXPECT_EQ(wexpolctl::IsSecretColumn(column), telling) << table << '.' << column;
-        if (telling) Sql("UPDATE " + table + " SET " + column + "='s3cr3t'");
-        if (telling) masked += wexpolctl::CountRows(database.handle(), table).value_or(0);
-      }
+    records::Statement columns(
+        database.handle(),
+        "SELECT t.name, c.name, c.type='TEXT' AND (c.name LIKE '%token%' OR c.name LIKE "
+        "'%password%' OR c.name LIKE '%license%' OR c.name IN ('public_key', 'link')) FROM "
+        "sqlite_schema t JOIN pragma_table_info(t.name) c WHERE t.type='table'");
+    while (columns.Row()) {
+      const std::string table = columns.Text(0);
+      const std::string column = columns.Text(1);
+      EXPECT_EQ(wexpolctl::IsSecretColumn(column), columns.Int(2) != 0) << table << '.' << column;
+      if (columns.Int(2) == 0) continue;
+      Sql("UPDATE " + table + " SET " + column + "='s3cr3t'");
+      masked += wexpolctl::CountRows(database.handle(), table).value_or(0);
     }
   }
   Sql("UPDATE service_configurations SET value='s3cr3t' WHERE key LIKE '%token'");
@@ -388,7 +390,7 @@ TEST_F(WexpolctlTest, BackupTakesTheFilesPlaceAndNothingIsLostOnTheWay) {
   Sql("DELETE FROM devices");
   ASSERT_EQ(RunLine("restore").code, 0);
   EXPECT_EQ(Rows("devices"), 3);
-  EXPECT_EQ(Database(path() + L".replaced").session().CheckIntegrity(), true);
+  EXPECT_TRUE(Database(path() + L".replaced").session().CheckIntegrity());
 
   FlipByte(path(), 0.5);
   EXPECT_EQ(RunLine("check").code, 1);
@@ -420,7 +422,7 @@ TEST_F(WexpolctlTest, DoctorTellsAnOldBackup) {
   const Outcome well = RunLine("doctor");
   EXPECT_EQ(well.code, 0) << well.out;
   environment_.clock().Advance(2 * 86400);
-  EXPECT_TRUE(Holds(RunLine("doctor").out, "no    8 d 0 h old")) << RunLine("doctor").out;
+  EXPECT_TRUE(Holds(RunLine("doctor").out, "no    8 d 0 h old"));
   EXPECT_TRUE(Holds(RunLine("status").out, "backup age            8 d 0 h"));
 }
 
@@ -551,9 +553,10 @@ TEST_F(WexpolctlTest, AlertsAndSchedulesAreToldByTheClock) {
   EXPECT_EQ(Rows("alert_checks"), 1) << "looking starts no timer";
 
   const Outcome scans = RunLine("next-scan");  // On Wednesday, 13 March 2024, ten past noon.
-  EXPECT_TRUE(Holds(scans.out, "every 120 min                0 s")) << scans.out;
-  EXPECT_TRUE(Holds(scans.out, "Mon Thu at 12:30             1 d 0 h     2024-03-14 12:29:59"));
-  EXPECT_TRUE(Holds(scans.out, "day 1 of the month at 20:00  19 d 7 h    2024-04-01 19:59:59"));
+  EXPECT_TRUE(Holds(scans.out, "every 120 min                0 s ")) << scans.out;
+  EXPECT_TRUE(Holds(scans.out, "Mon Thu at 12:30             1 d 0 h   2024-03-14 12:29:59"))
+      << scans.out;
+  EXPECT_TRUE(Holds(scans.out, "day 1 of the month at 20:00  19 d 7 h  2024-04-01 19:59:59"));
 }
 
 TEST(WexpolctlReport, ValuesHaveAUnit) {

@@ -38,7 +38,7 @@ class Examination {
   bool all_well() const { return all_well_; }
 
   void Print(Report& report) const {
-    Listing& listing = report.AddListing("checks", {"check", "well", "what", "what to do"});
+    Listing& listing = report.AddListing("checks", {"check", "well", "what", "what to do"}, false);
     for (const Line& line : lines_) {
       listing.Add({Text(line.check), Flag(line.todo.empty()), Text(line.what),
                    line.todo.empty() ? Nothing() : Text(line.todo)});

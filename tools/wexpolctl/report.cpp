@@ -118,26 +118,15 @@ Cell Json(std::string json) {
 void Listing::PrintText(std::ostream& out) const {
   std::vector<std::size_t> widths;
   std::size_t total = 0;
-  bool fits = true;
+  std::size_t widest = 0;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     std::size_t width = WidthOf(columns_[i]);
     for (const auto& row : rows_) width = std::max(width, WidthOf(row[i].text));
-    fits = fits && width <= kMaxCell;
-    widths.push_back(width);
+    widest = std::max(widest, width);
     total += width + kGap.size();
+    widths.push_back(width);
   }
-  if (!fits || total > kMaxWidth) {
-    std::size_t longest = 0;
-    for (const auto& name : columns_) longest = std::max(longest, WidthOf(name));
-    for (const auto& row : rows_) {
-      if (&row != &rows_.front()) out << '\n';
-      for (std::size_t i = 0; i < columns_.size(); ++i) {
-        PrintPadded(out, columns_[i], longest, false);
-        out << kGap << row[i].text << '\n';
-      }
-    }
-    return;
-  }
+  if (may_wrap_ && (widest > kMaxCell || total > kMaxWidth)) return PrintBlocks(out);
   const auto print = [&](std::size_t i, const std::string& text) {
     const bool right = !rows_.empty() && rows_.front()[i].is_number;
     const bool last = i + 1 == columns_.size();
@@ -147,6 +136,18 @@ void Listing::PrintText(std::ostream& out) const {
   for (std::size_t i = 0; i < columns_.size(); ++i) print(i, columns_[i]);
   for (const auto& row : rows_) {
     for (std::size_t i = 0; i < columns_.size(); ++i) print(i, row[i].text);
+  }
+}
+
+void Listing::PrintBlocks(std::ostream& out) const {
+  std::size_t longest = 0;
+  for (const auto& name : columns_) longest = std::max(longest, WidthOf(name));
+  for (const auto& row : rows_) {
+    if (&row != &rows_.front()) out << '\n';
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      PrintPadded(out, columns_[i], longest, false);
+      out << kGap << row[i].text << '\n';
+    }
   }
 }
 
@@ -166,8 +167,8 @@ void Report::Add(std::string name, Cell value) {
   parts_.push_back({Part::kValue, std::move(name), std::move(value), Listing({})});
 }
 
-Listing& Report::AddListing(std::string name, std::vector<std::string> columns) {
-  parts_.push_back({Part::kListing, std::move(name), {}, Listing(std::move(columns))});
+Listing& Report::AddListing(std::string name, std::vector<std::string> columns, bool may_wrap) {
+  parts_.push_back({Part::kListing, std::move(name), {}, Listing(std::move(columns), may_wrap)});
   return parts_.back().listing;
 }
 

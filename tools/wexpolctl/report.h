@@ -35,17 +35,21 @@ Cell Json(std::string json);
 // Rows of cells under column names.
 class Listing {
  public:
-  explicit Listing(std::vector<std::string> columns) : columns_(std::move(columns)) {}
+  // One line per row; with `may_wrap`, one per column where the table would be too wide.
+  explicit Listing(std::vector<std::string> columns, bool may_wrap = true)
+      : columns_(std::move(columns)), may_wrap_(may_wrap) {}
 
   void Add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
   bool empty() const { return rows_.empty(); }
 
-  // A table; blocks of one line per column where that would be too wide.
   void PrintText(std::ostream& out) const;
   void PrintJson(std::ostream& out) const;
 
  private:
+  void PrintBlocks(std::ostream& out) const;
+
   std::vector<std::string> columns_;
+  bool may_wrap_;
   std::vector<std::vector<Cell>> rows_;
 };
 
@@ -55,7 +59,7 @@ class Report {
  public:
   void Add(std::string name, Cell value);
   // The listing stays valid as long as the report.
-  Listing& AddListing(std::string name, std::vector<std::string> columns);
+  Listing& AddListing(std::string name, std::vector<std::string> columns, bool may_wrap = true);
   void AddLine(std::string text);
   // A text of whole lines, printed as it is; one string in JSON.
   void AddBlock(std::string name, const std::string& lines);

@@ -175,6 +175,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
                                         std::to_string(WEXPOL_VERSION_MINOR) + "." +
                                         std::to_string(WEXPOL_VERSION_PATCH));
   app.require_subcommand(1);
+  app.allow_windows_style_options(false);  // A path may begin with a slash.
   const std::vector<Entry> entries = AddCommands(app);
 
   try {

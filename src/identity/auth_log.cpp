@@ -86,6 +86,8 @@ bool CAuthLog::GetRecord(sqlite3* db, std::uint64_t table, std::string& error) {
 bool CAuthLog::UpdateAuthLog(sqlite3* db, bool succeeded, std::uint64_t table,
                              const SYSTEMTIME* time) {
   const SYSTEMTIME at = time ? *time : platform::NowLocal();
+  std::int64_t file_time;
+  if (!platform::ToFileTime(at, &file_time)) return false;
   std::string error;
   const bool found = GetRecord(db, table, error);
   if (!error.empty()) return false;

@@ -24,7 +24,8 @@ class WEXPOL_API CAuthLog : public records::Record<CAuthLog, tblAuthLog> {
   // when it cannot be read.
   bool GetRecord(sqlite3* db, std::uint64_t table, std::string& error);
 
-  // Writes the row of that table id, whether it is there or not. A null time is now.
+  // Writes the row of that table id, whether it is there or not. A null time is now; one that does
+  // not exist is refused.
   bool UpdateAuthLog(sqlite3* db, bool succeeded, std::uint64_t table, const SYSTEMTIME* time);
 
   // Seconds to wait before the next attempt: 5 after one that failed, else what is left of `period`

@@ -143,7 +143,8 @@ TEST_F(PolicyTest, AttemptsAreLoggedOncePerTableId) {
   CAuthLog log;
   EXPECT_FALSE(db().GetAuthLog(log, 5));
   environment().clock().SetLocalOffset(3600);
-  const SYSTEMTIME time = {2024, 2, 0, 29, 23, 59, 58, 999};
+  const SYSTEMTIME time = {2024, 2, 0, 29, 23, 59, 58, 999}, never = {2023, 2, 0, 29, 0, 0, 0, 0};
+  EXPECT_FALSE(db().SetAuthLog(true, 5, &never));
   EXPECT_TRUE(db().SetAuthLog(false, 5, nullptr));
   EXPECT_TRUE(db().SetAuthLog(true, 0x7FFFFFFFFFFFFFFF, &time));
   EXPECT_TRUE(db().SetAuthLog(true, 5, nullptr));

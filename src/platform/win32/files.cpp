@@ -34,7 +34,8 @@ bool RemoveFile(const std::wstring& path) { return ::DeleteFileW(path.c_str()) !
 
 File OpenForAppend(const std::wstring& path) {
   std::FILE* file = nullptr;
-  return File(::_wfopen_s(&file, path.c_str(), L"at") == 0 ? file : nullptr);
+  // N: a program started meanwhile must not inherit the file, or nobody could rename it.
+  return File(::_wfopen_s(&file, path.c_str(), L"atN") == 0 ? file : nullptr);
 }
 
 std::wstring DataFolder() {

@@ -182,40 +182,47 @@ void ReplaceDevices(benchmark::State& state) {
                  static_cast<int>(state.range(1)));
 }
 
-void ListDevices(benchmark::State& state) {
-  bench::Database database;
-  database.session().Transaction(TRANSACTION_BEGIN);
-  database.session().ClearAndAddDevices(Devices(static_cast<int>(state.range(0))).c_str());
-  database.session().Transaction(TRANSACTION_COMMIT);
-  std::list<CDevice*> list;
-  const auto clear = [&] {
-    for (CDevice* device : list) delete device;
-    list.clear();
-  };
-  const auto bare = [&] {
-    sqlite3_stmt* select = nullptr;
-    sqlite3_prepare_v2(database.handle(), CDevice::Table().select_sql().c_str(), -1, &select,
-                       nullptr);
-    std::int64_t sum = 0;
-    const int columns = sqlite3_column_count(select);
-    while (sqlite3_step(select) == SQLITE_ROW) {
-      for (int column = 0; column < columns; ++column) {
-        if (sqlite3_column_type(select, column) == SQLITE_TEXT) {
-          sum += *sqlite3_column_text(select, column);
-        } else {
-          sum += sqlite3_column_int(select, column);
-        }
+// A list's select stepped through and each column read, nothing kept.
+void StepAndRead(sqlite3* db, const records::Table& table) {
+  sqlite3_stmt* select = nullptr;
+  sqlite3_prepare_v2(db, table.select_sql().c_str(), -1, &select, nullptr);
+  std::int64_t sum = 0;
+  const int columns = sqlite3_column_count(select);
+  while (sqlite3_step(select) == SQLITE_ROW) {
+    for (int column = 0; column < columns; ++column) {
+      if (sqlite3_column_type(select, column) == SQLITE_TEXT) {
+        sum += *sqlite3_column_text(select, column);
+      } else {
+        sum += sqlite3_column_int(select, column);
       }
     }
-    benchmark::DoNotOptimize(sum);
-    sqlite3_finalize(select);
+  }
+  benchmark::DoNotOptimize(sum);
+  sqlite3_finalize(select);
+}
+
+template <typename Record>
+void List(benchmark::State& state, std::string (*make)(int)) {
+  bench::Database database;
+  Exec(database.handle(), "BEGIN");
+  Ours<Record>(database.handle(), make(static_cast<int>(state.range(0))));
+  Exec(database.handle(), "COMMIT");
+  std::list<Record*> list;
+  std::string error;
+  const auto clear = [&] {
+    for (Record* record : list) delete record;
+    list.clear();
   };
+  const auto ours = [&] { records::ListRecords(database.handle(), list, nullptr, 0, error); };
   bench::Compare(state,
-                 {{"step_and_read", bare, {}},
-                  {"ours", [&] { database.session().GetDevices(list, nullptr, 0); }, clear}},
+                 {{"step_and_read", [&] { StepAndRead(database.handle(), Record::Table()); }, {}},
+                  {"ours", ours, clear}},
                  1, static_cast<int>(state.range(1)));
   clear();
 }
+
+void ListAccounts(benchmark::State& state) { List<CPlainAccount>(state, Accounts); }
+void ListDevices(benchmark::State& state) { List<CDevice>(state, Devices); }
 
 // Opening, the key and the first read, beside an unencrypted file of the same tables.
 void OpenSession(benchmark::State& state) {
@@ -248,6 +255,7 @@ BENCHMARK(SynchroniseDevices)->Args({100000, 31})->Iterations(1);
 BENCHMARK(SynchroniseAccounts)->Args({2000, 1})->Iterations(1);
 BENCHMARK(SynchroniseDevices)->Args({2000, 1})->Iterations(1);
 BENCHMARK(ReplaceDevices)->Args({100000, 11})->Iterations(1);
+BENCHMARK(ListAccounts)->Args({20000, 31})->Iterations(1);
 BENCHMARK(ListDevices)->Args({20000, 31})->Iterations(1);
 BENCHMARK(OpenSession)->Args({1, 31})->Iterations(1);
 

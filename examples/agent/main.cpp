@@ -9,6 +9,7 @@
 #include <wexpol.h>
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <list>
@@ -77,11 +78,12 @@ void AskAtStart(CPolicyDB& db) {
               YesNo(db.GetAuthInfo(credentials, true, device_id, true)));
   std::printf("antivirus installed and enabled: %s\n", YesNo(db.IsServiceInstalledAndEnabled(1)));
   std::printf("console address known: %s\n",
-              YesNo(db.GetServiceConfiguration(url, "policy_api_url", -1)));
+              YesNo(db.GetServiceConfiguration(url, "policy_api_url", 0)));
 }
 
 void OnProcessStart(CPolicyDB& db, const char* file_name) {
-  const unsigned char digest[16] = {1, 2, 3};
+  unsigned char digest[16] = {};  // An agent takes the MD5 of the file.
+  std::strncpy(reinterpret_cast<char*>(digest), file_name, sizeof digest);
   std::list<CLogin*> logins;
   if (!db.GetLogins(logins, "is_admin", 0) || logins.empty()) return;
   CAppControlInfo info;

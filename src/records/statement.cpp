@@ -138,3 +138,4 @@ void ReadScope::Release() {
 }
 
 }  // namespace records
+// x

@@ -71,20 +71,6 @@ TEST(Password, WithoutMd5OnlyTheClearTextFits) {
   EXPECT_TRUE(identity::FitsPassword(L"clear", L"clear", missing));
 }
 
-TEST(Policy, ProxyTextsAreReplacedAndCompared) {
-  CPolicy policy;
-  EXPECT_EQ(policy.GetProxyServerName(), "");
-  EXPECT_FALSE(policy.IsProxyServerNameDifferent(nullptr));
-  EXPECT_TRUE(policy.IsProxyServerNameDifferent(L""));
-  policy.SetProxyServerName(L"名");
-  policy.SetProxyServerUsername(L"u");
-  policy.SetProxyScript(L"s");
-  EXPECT_EQ(policy.GetProxyServerName() + policy.GetProxyServerUsername(), "名u");
-  EXPECT_FALSE(policy.IsProxyServerNameDifferent(L"名"));
-  EXPECT_TRUE(policy.IsProxyServerUsernameDifferent(L"U"));
-  EXPECT_TRUE(policy.IsProxyScriptDifferent(nullptr));
-}
-
 // As the console encrypts.
 std::wstring Encrypt(const std::string& plain, std::string key) {
   const unsigned char vector[] = {0x86, 0x5F, 0x1A, 0xC3, 0x4B, 0xD0, 0x97, 0x2E};

@@ -77,13 +77,4 @@ TEST(ClockTest, AllOfItFollowsTheClockInUse) {
   EXPECT_EQ(platform::TickCount(), 61'000u);
 }
 
-TEST(ClockTest, TheMachinesClockRuns) {
-  const std::int64_t now = platform::NowUtc();
-  EXPECT_GT(now, 1'700'000'000);
-  std::int64_t local = 0;
-  ASSERT_TRUE(platform::ToFileTime(platform::UtcToLocal(now), &local));
-  EXPECT_LE(std::abs(platform::FileTimeToUnix(local) - now), 15 * 3600);
-  EXPECT_NE(platform::TickCount(), 0u);
-}
-
 }  // namespace

@@ -279,24 +279,4 @@ TEST_F(RecordTest, AccountQuestionsAnswerTheirDefaults) {
   EXPECT_EQ(CAccount::GetAccountId(nullptr), -1);
 }
 
-TEST_F(RecordTest, DeviceKeepsTheInterfacesThatCanBeParsed) {
-  const char* json =
-      "{\"id\": 3, \"nics\": [{\"id\": 1, \"mac\": \"00155DA1b2C3\"}, {\"id\": 2, \"mac\": "
-      "\"00155DA1b2C\"}, 7, {\"mac\": \"00155DA1b2C3\"}, {\"id\": 4, \"ipv4\": \"10.0.0.4\"}]}";
-  CDevice device;
-  EXPECT_FALSE(device.ParseJson(json, true));
-  ASSERT_TRUE(device.ParseJson(json, false));
-  const CDevice copy = device;
-  device.Reset(true);
-  EXPECT_TRUE(device.nics().empty());
-  std::string out;
-  copy.GenerateJson(out, &copy.nics());
-  EXPECT_EQ(out,
-            "{\"id\": 3,\"nics\": [{\"id\": 1,\"mac\": \"00155da1b2c3\"},"
-            "{\"id\": 4,\"mac\": \"000000000000\",\"ipv4\": \"10.0.0.4\"}]}");
-  out.clear();
-  device.GenerateJson(out, &device.nics());
-  EXPECT_EQ(out, "{\"nics\": []}");
-}
-
 }  // namespace

@@ -249,14 +249,6 @@ TEST_F(WexpolctlTest, RefusalNamesTheRecordAndTakesEverythingBack) {
   EXPECT_EQ(Cells(Json({"list", "accounts"}), "rows", "id"), "9");
 }
 
-TEST_F(WexpolctlTest, ProgressIsDrawnOnATerminalOnlyAndWiped) {
-  ASSERT_EQ(RunLine("init").code, 0);
-  EXPECT_EQ(Run({"sync", kSamples}).err, "");
-  const Outcome watched = Run({"sync", kSamples}, true);
-  EXPECT_TRUE(Holds(watched.err, "%  device_services")) << watched.err;
-  EXPECT_TRUE(watched.err.ends_with(std::string(40, ' ') + '\r'));
-}
-
 TEST_F(WexpolctlTest, ListSelectsRowsAndKeepsTheTerminalSafe) {
   Provision();
   const struct {
@@ -557,27 +549,6 @@ TEST_F(WexpolctlTest, AlertsAndSchedulesAreToldByTheClock) {
   EXPECT_TRUE(Holds(scans.out, "Mon Thu at 12:30             1 d 0 h   2024-03-14 12:29:59"))
       << scans.out;
   EXPECT_TRUE(Holds(scans.out, "day 1 of the month at 20:00  19 d 7 h  2024-04-01 19:59:59"));
-}
-
-TEST(WexpolctlReport, ValuesHaveAUnit) {
-  using namespace wexpolctl;
-  const struct {
-    Cell cell;
-    const char* text;
-  } kCases[] = {
-      {Size(0), "0 bytes"},
-      {Size(1023), "1023 bytes"},
-      {Size(1536), "1.5 KB"},
-      {Size(5u << 30), "1.0 GB"},
-      {Duration(0), "0 s"},
-      {Duration(61), "1 min 1 s"},
-      {Duration(3600), "1 h 0 min"},
-      {Duration(90061), "1 d 1 h"},
-      {Duration(-5), "-5 s"},
-      {Flag(true), "yes"},
-      {Text(std::string_view("\xff")), "\xef\xbf\xbd"},
-  };
-  for (const auto& test : kCases) EXPECT_EQ(test.cell.text, test.text);
 }
 
 }  // namespace

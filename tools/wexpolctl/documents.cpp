@@ -173,6 +173,7 @@ std::vector<SyncDocument> CollectDocuments(const std::vector<std::string>& argum
 
 Refusal ExplainRefusal(const SyncDocument& document, std::int64_t stored,
                        const std::string& error_object) {
+  if (document.text.find('\0') != std::string::npos) return {0, "The document holds a zero byte."};
   records::Document parsed;
   if (!parsed.Parse(document.text.c_str())) return {0, FaultOfText(document.text)};
   records::Records found;

@@ -55,7 +55,7 @@ class Synchronisation {
                         [](std::uint64_t sum, const auto& d) { return sum + d.text.size(); });
     Progress progress(terminal, total);
     Arrivals arrivals(database_.handle(), progress);
-    Step(TRANSACTION_BEGIN);
+    Begin();
     for (const SyncDocument& document : documents) {
       const bool stored = Replace(document, arrivals);
       progress.End(document.text.size());
@@ -76,8 +76,17 @@ class Synchronisation {
     std::int64_t rows_before;
   };
 
+  // Takes the write lock at once: no document is to be blamed for the writing of another process.
+  void Begin() {
+    Step(TRANSACTION_BEGIN);
+    if (!records::Execute(database_.handle(), "UPDATE accounts SET id=id WHERE 0")) ThrowFailure();
+  }
+
   void Step(TRANSACTION step) {
-    if (database_.session().Transaction(step)) return;
+    if (!database_.session().Transaction(step)) ThrowFailure();
+  }
+
+  [[noreturn]] void ThrowFailure() {
     throw Failure{kFinding,
                   std::string("Nothing was stored: ") + sqlite3_errmsg(database_.handle()) + ".",
                   "Try again when no other process is writing."};
@@ -112,9 +121,7 @@ class Synchronisation {
 
   void NoteRefusal(const SyncDocument& document, std::int64_t stored, const std::string& error) {
     ++refused_;
-    Refusal refusal = document.text.find('\0') == std::string::npos
-                          ? ExplainRefusal(document, stored, error)
-                          : Refusal{0, "The document holds a zero byte."};
+    const Refusal refusal = ExplainRefusal(document, stored, error);
     if (!refusals_) {
       refusals_ = &report_.AddListing("refusals",
                                       {"table", "document", "record", "reason", "error object"});

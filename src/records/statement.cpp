@@ -138,4 +138,3 @@ void ReadScope::Release() {
 }
 
 }  // namespace records
-// x

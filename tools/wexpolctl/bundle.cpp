@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kIncluded[] = {"status",   "doctor", "tables",    "versions", "identity",
                                      "services", "alerts", "next-scan", "time",     "config list"};
-constexpr std::size_t kLogTail = 256 * 1024;
+constexpr std::size_t kLogTail = std::size_t{256} * 1024;
 
 std::string Heard(const Command& command, const Call& call) {
   Report report;

@@ -13,7 +13,7 @@ ExitCode Check(Call& call) {
   call.report.Add("file", Text(call.database));
   call.report.Add("sound", Flag(sound));
   if (sound) return kDone;
-  Listing& listing = call.report.AddListing("findings", {"finding"});
+  Listing& listing = call.report.AddListing("findings", {"finding"}, false);
   for (const std::string& finding : IntegrityFindings(database.handle()))
     listing.Add({Text(finding)});
   throw Failure{kFinding, "The database is damaged.",

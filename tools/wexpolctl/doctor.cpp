@@ -17,7 +17,7 @@
 namespace wexpolctl {
 namespace {
 
-constexpr std::int64_t kOldBackup = 7 * 86400;
+constexpr std::int64_t kOldBackup = std::int64_t{7} * 86400;
 
 // Looks at one thing after the other; what cannot be looked at any more is left out.
 class Examination {

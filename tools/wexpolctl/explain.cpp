@@ -35,7 +35,7 @@ struct Program {
 
 Program ProgramOf(const Options& options) {
   Program program{options.Text("--file"), options.Text("--md5")};
-  bool good = program.digits.empty() || program.digits.size() == 2 * kDigestBytes;
+  bool good = program.digits.empty() || program.digits.size() == std::size_t{2} * kDigestBytes;
   for (std::size_t i = 0; good && i < program.digits.size() / 2; ++i) {
     const char* at = program.digits.data() + 2 * i;
     good = std::from_chars(at, at + 2, program.md5[i], 16).ptr == at + 2;

@@ -17,9 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr std::array<const wchar_t*, 3> kSideFiles = {L"-wal", L"-shm", L"-journal"};
 
-fs::path FromUtf8(const std::string& utf8) {
-  return fs::path(std::u8string(utf8.begin(), utf8.end()));
-}
+fs::path FromUtf8(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
 bool Rename(const std::wstring& from, const std::wstring& to) {
   std::error_code error;

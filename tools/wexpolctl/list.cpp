@@ -96,6 +96,7 @@ ExitCode List(Call& call) {
   int code;
   while ((code = select.Step()) == SQLITE_ROW) {
     std::vector<Cell> cells;
+    cells.reserve(columns.size());
     for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
       cells.push_back(IsHidden(select.get(), i, columns) ? Text(kMask) : CellOf(select.get(), i));
     }

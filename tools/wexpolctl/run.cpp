@@ -65,9 +65,7 @@ CLI::App* AddParser(CLI::App& app, std::map<std::string, CLI::App*>& groups,
 }
 
 // "--where COLUMN=VALUE" is the option "--where"; what follows is only for the help.
-std::string NameOf(const Option& option) {
-  return std::string(option.name, std::strcspn(option.name, " "));
-}
+std::string NameOf(const Option& option) { return {option.name, std::strcspn(option.name, " ")}; }
 
 void AddOption(CLI::App& parser, const Option& option) {
   const std::string name = NameOf(option);
@@ -148,14 +146,16 @@ int RunReported(bool json, std::ostream& out, std::ostream& err, Action&& action
   } catch (const std::exception& thrown) {
     failure = {kCannotOpen, std::string("It could not be done: ") + thrown.what() + ".", ""};
   }
-  if (!failure.problem.empty()) {
-    err << failure.problem << (failure.next.empty() ? "" : " ") << failure.next << '\n';
-    if (json) {
-      report.Add("error", Text(failure.problem));
-      report.Add("next", Text(failure.next));
-    }
+  const bool failed = !failure.problem.empty();
+  if (failed && json) {
+    report.Add("error", Text(failure.problem));
+    report.Add("next", Text(failure.next));
   }
   Print(report, json, out);
+  out.flush();
+  if (failed) {
+    err << failure.problem << (failure.next.empty() ? "" : " ") << failure.next << std::endl;
+  }
   return failure.code;
 }
 

@@ -18,6 +18,10 @@ constexpr char kSingleJsonError[] = "json parsing error";
 // Updates the rows of an array of objects or of one object, up to the first that fails.
 template <typename Record, typename Parse>
 bool UpdateRows(sqlite3* db, const char* json, Parse&& parse, std::string& error) {
+  if (!db) {
+    error = records::EngineErrorObject(db, SQLITE_MISUSE);
+    return false;
+  }
   records::Document document;
   const rapidjson::Value& root = document.root();
   const bool is_array = document.Parse(json) && root.IsArray();

@@ -82,6 +82,10 @@ bool IsIdentifier(const char* text) {
 
 bool AddDocument(sqlite3* db, const RecordClass& record_class, const char* json,
                  std::string& error) {
+  if (!db) {  // Also a document of no records fails on a closed session.
+    error = EngineErrorObject(db, SQLITE_MISUSE);
+    return false;
+  }
   Document document;
   Records records;
   if (!document.Parse(json) || !FindRecords(record_class.table(), document.root(), records)) {

@@ -98,6 +98,7 @@ TEST_F(SessionTest, EveryOperationFailsOnAClosedSession) {
   std::string out;
   EXPECT_FALSE(db().GetRecord(account));
   EXPECT_FALSE(db().AddLogins("[{\"id\": 1}]"));
+  EXPECT_FALSE(db().ClearAndAddDevices("[]") || db().UpdateDevices("[]"));
   EXPECT_FALSE(db().ClearLogins());
   EXPECT_FALSE(db().GetLogins(logins.list, "id", 1));
   EXPECT_NE(db().GetError().find("\"code\": 21"), std::string::npos);

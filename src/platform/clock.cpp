@@ -66,7 +66,7 @@ bool ToFileTime(const SYSTEMTIME& time, std::int64_t* file_time) {
   std::int64_t days = DaysBeforeYear(time.wYear) + time.wDay - 1;
   for (int month = 1; month < time.wMonth; ++month) days += DaysInMonth(time.wYear, month);
   const std::int64_t seconds =
-      days * kSecondsPerDay + (time.wHour * 60 + time.wMinute) * 60 + time.wSecond;
+      days * kSecondsPerDay + (std::int64_t{time.wHour} * 60 + time.wMinute) * 60 + time.wSecond;
   *file_time = seconds * kFileTimePerSecond + time.wMilliseconds * (kFileTimePerSecond / 1000);
   return true;
 }

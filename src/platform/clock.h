@@ -10,7 +10,8 @@
 #include "platform/export.h"
 
 // Complete in "platform/system_types.h".
-typedef struct _SYSTEMTIME SYSTEMTIME;  // NOLINT(bugprone-reserved-identifier)
+struct _SYSTEMTIME;  // NOLINT(bugprone-reserved-identifier)
+using SYSTEMTIME = _SYSTEMTIME;
 
 namespace platform {
 

@@ -20,7 +20,7 @@ Bytes TableInSystemAnswer(const Bytes& answer) {
   constexpr std::size_t kHeader = 8;  // the last four bytes are the table's length
   if (answer.size() < kHeader) return {};
   const std::size_t length = std::min<std::size_t>(Number(&answer[4], 4), answer.size() - kHeader);
-  return Bytes(answer.begin() + kHeader, answer.begin() + kHeader + static_cast<long>(length));
+  return {answer.begin() + kHeader, answer.begin() + kHeader + static_cast<long>(length)};
 }
 
 Bytes TableInMemory(const std::function<Bytes(std::uint32_t, std::size_t)>& read) {

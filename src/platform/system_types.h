@@ -18,7 +18,7 @@
 #else
 
 // NOLINTBEGIN(bugprone-reserved-identifier)
-typedef struct _SYSTEMTIME {
+struct _SYSTEMTIME {
   std::uint16_t wYear;
   std::uint16_t wMonth;
   std::uint16_t wDayOfWeek;  // Sunday is 0.
@@ -27,9 +27,10 @@ typedef struct _SYSTEMTIME {
   std::uint16_t wMinute;
   std::uint16_t wSecond;
   std::uint16_t wMilliseconds;
-} SYSTEMTIME;
+};
+using SYSTEMTIME = _SYSTEMTIME;
 
-typedef struct _TIME_ZONE_INFORMATION {
+struct _TIME_ZONE_INFORMATION {
   std::int32_t Bias;  // Minutes; UTC = local time + Bias.
   wchar_t StandardName[32];
   SYSTEMTIME StandardDate;
@@ -37,7 +38,8 @@ typedef struct _TIME_ZONE_INFORMATION {
   wchar_t DaylightName[32];
   SYSTEMTIME DaylightDate;
   std::int32_t DaylightBias;
-} TIME_ZONE_INFORMATION;
+};
+using TIME_ZONE_INFORMATION = _TIME_ZONE_INFORMATION;
 // NOLINTEND(bugprone-reserved-identifier)
 
 #endif

@@ -36,8 +36,7 @@ int Connection::Open(const wchar_t* path, int flags, int busy_timeout_ms,
   ApplyDatabaseKey(opened);
   if (busy_timeout_ms > 0) sqlite3_busy_timeout(opened, busy_timeout_ms);
   records::EnableStatementCache(opened);
-  connection.reset(new Connection(opened));
-  handle.release();
+  connection.reset(new Connection(handle.release()));
   return SQLITE_OK;
 }
 

@@ -259,8 +259,7 @@ std::string_view JsonText(const rapidjson::Value& string) {
   const char* text = string.GetString();
   const std::size_t size = string.GetStringLength();
   const void* zero = std::memchr(text, '\0', size);
-  return std::string_view(
-      text, zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - text) : size);
+  return {text, zero ? static_cast<std::size_t>(static_cast<const char*>(zero) - text) : size};
 }
 
 }  // namespace records

@@ -18,7 +18,7 @@ std::string CGlobalTables::GetMaxRowVersion(std::uint64_t& emptyMask, sqlite3* d
 
 void CGlobalTables::GenerateJson(std::uint64_t& emptyMask, std::string& out, sqlite3* db) const {
   const records::ReadScope scope(db);
-  out = "{\"g\": \"";
+  out = R"({"g": ")";
   const char* separator = "";
   for (const records::GlobalTable& table : records::kGlobalTables) {
     out.append(separator).append(GetMaxRowVersion(emptyMask, db, table.name, table.bit));

@@ -25,8 +25,8 @@ class OwnedList {
   ~OwnedList() { Clear(); }
 
   void Append(std::unique_ptr<T> item) {
-    items_.push_back(item.get());
-    item.release();
+    items_.push_back(nullptr);
+    items_.back() = item.release();
   }
   void Clear() {
     for (T* item : items_) delete item;

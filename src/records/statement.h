@@ -20,7 +20,7 @@ class Sql {
  public:
   consteval Sql(const char* literal) : text_(literal) {}
   // `text` must never be destroyed or changed.
-  static Sql Permanent(const std::string& text) { return Sql(text.c_str(), 0); }
+  static Sql Permanent(const std::string& text) { return {text.c_str(), 0}; }
 
   const char* text() const { return text_; }
 

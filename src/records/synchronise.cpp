@@ -61,7 +61,7 @@ class Insertion {
 
 Statement Select(sqlite3* db, const Table& table, const char* column, std::int64_t value,
                  const char* order) {
-  if (!column && !order) return Statement(db, Sql::Permanent(table.select_sql()));
+  if (!column && !order) return {db, Sql::Permanent(table.select_sql())};
   std::string sql = table.select_sql();
   if (column) sql.append(" WHERE ").append(column).append("=?");
   if (order) sql.append(" ORDER BY ").append(order);

@@ -83,8 +83,8 @@ bool ListRecords(sqlite3* db, std::list<Record*>& out, const char* column, std::
   while (select.Row()) {
     auto record = std::make_unique<Record>();
     record->CopyFromDB(select.get());
-    out.push_back(record.get());
-    record.release();
+    out.push_back(nullptr);
+    out.back() = record.release();
   }
   return select.Finish(error);
 }

@@ -7,7 +7,8 @@ namespace platform {
 
 Bytes ReadSmbiosTable() {
   std::ifstream table("/sys/firmware/dmi/tables/DMI", std::ios::binary);  // for root only
-  return Bytes(std::istreambuf_iterator<char>(table), {});
+  const std::istreambuf_iterator<char> begin(table), end;
+  return {begin, end};
 }
 
 }  // namespace platform

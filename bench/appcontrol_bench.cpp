@@ -226,7 +226,7 @@ void Decision(benchmark::State& state, const std::string& which, bool by_name, b
   const auto programs = database.Programs(which, by_name, by_digest);
   const bool expected = by_name || by_digest;
   // Each contender has a connection, and so a page cache, of its own.
-  sqlite3* third = provision::OpenKeyed(database.path(), SQLITE_OPEN_READWRITE);
+  sqlite3* third = wexpol::OpenKeyed(database.path(), SQLITE_OPEN_READWRITE);
   ByHand<Preparing> preparing(third);
   ByHand<Held> held(database.handle());
   const auto each = [&](auto decide) {

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "platform/file_paths.h"
-#include "platform/testing.h"
 #include "tools/provision/provision.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/testing.h"
 
 namespace bench {
 namespace {
@@ -50,20 +50,20 @@ Database::Database() {
   std::string folder = pattern.string();
   if (!mkdtemp(folder.data())) Fail("no temporary folder");
   folder_ = std::filesystem::path(folder).wstring();
-  platform::RedirectMachine(folder_);
+  wexpol::RedirectMachine(folder_);
   path_ = CFilePaths::GetLocationDB();
   std::string error;
-  if (!provision::CreateDatabase(path_, error)) Fail("no database: " + error);
+  if (!wexpol::CreateDatabase(path_, error)) Fail("no database: " + error);
   session_ = std::make_unique<CPolicyDB>("60718", path_.c_str(), SQLITE_OPEN_READWRITE, 5000);
-  handle_ = provision::OpenKeyed(path_, SQLITE_OPEN_READWRITE);
+  handle_ = wexpol::OpenKeyed(path_, SQLITE_OPEN_READWRITE);
   if (!session_->IsValidDB() || !handle_) Fail("the database cannot be opened");
 }
 
 Database::~Database() {
   session_.reset();
   sqlite3_close(handle_);
-  platform::DeleteRedirectedRegistry();
-  platform::RedirectMachine(L"");
+  wexpol::DeleteRedirectedRegistry();
+  wexpol::RedirectMachine(L"");
   std::filesystem::remove_all(folder_);
 }
 

@@ -1,7 +1,7 @@
 // What the benchmarks share: a provisioned file, and pairs measured in turn within one run.
 
-#ifndef BENCH_BENCH_SUPPORT_H_
-#define BENCH_BENCH_SUPPORT_H_
+#ifndef WEXPOL_BENCH_BENCH_SUPPORT_H_
+#define WEXPOL_BENCH_BENCH_SUPPORT_H_
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -55,4 +55,4 @@ void Compare(benchmark::State& state, const std::vector<Contender>& contenders, 
 
 }  // namespace bench
 
-#endif  // BENCH_BENCH_SUPPORT_H_
+#endif  // WEXPOL_BENCH_BENCH_SUPPORT_H_

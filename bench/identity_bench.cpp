@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "bench/bench_support.h"
-#include "platform/device_info.h"
-#include "policydb/diagnostic_log.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/policydb/diagnostic_log.h"
 
 namespace {
 
@@ -132,7 +132,7 @@ void AuthInfo(benchmark::State& state) {
                      [&] {
                        const int id = StoredId();
                        read(id);
-                       policydb::LogMessage("CDevice::GetToken DeviceId = %d", id);
+                       wexpol::LogMessage("CDevice::GetToken DeviceId = %d", id);
                      },
                      {}},
                     {"ours",

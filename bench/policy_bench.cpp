@@ -5,7 +5,7 @@
 #include <string>
 
 #include "bench/bench_support.h"
-#include "platform/hash.h"
+#include "wexpol/platform/hash.h"
 
 namespace {
 
@@ -100,8 +100,8 @@ void HashedPassword(benchmark::State& state) {
       {{"by_hand",
         [&] {
           sqlite3_bind_int(select.get(), 1, kPolicy);
-          platform::Md5Digest digest;
-          platform::CryptdllMd5(kPassword, std::strlen(kPassword), &digest);
+          wexpol::Md5Digest digest;
+          wexpol::CryptdllMd5(kPassword, std::strlen(kPassword), &digest);
           benchmark::DoNotOptimize(select.Text().size() == 2 * digest.size());
         },
         {}},

@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "bench/bench_support.h"
-#include "platform/text.h"
-#include "records/document.h"
-#include "records/synchronise.h"
 #include "tools/provision/provision.h"
 #include "tools/provision/schema.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/document.h"
+#include "wexpol/records/synchronise.h"
 
 namespace {
 
@@ -20,17 +20,17 @@ using bench::Contender;
 using bench::Devices;
 
 // The accounts table without what an account does to the registry when it is parsed.
-class CPlainAccount : public records::Record<CPlainAccount, tblAccount> {
+class CPlainAccount : public wexpol::Record<CPlainAccount, tblAccount> {
  public:
-  static const records::Table& Table() {
-    using records::Column;
-    static constexpr records::ColumnDef kColumns[] = {
-        Column<&tblAccount::id>("id", records::kKey | records::kRequired),
-        Column<&tblAccount::locale_id>("locale_id", records::kRequired),
+  static const wexpol::Table& Table() {
+    using wexpol::Column;
+    static constexpr wexpol::ColumnDef kColumns[] = {
+        Column<&tblAccount::id>("id", wexpol::kKey | wexpol::kRequired),
+        Column<&tblAccount::locale_id>("locale_id", wexpol::kRequired),
         Column<&tblAccount::account_status_id>("account_status_id"),
         Column<&tblAccount::time_zone_id>("time_zone_id"),
     };
-    static const records::Table& table = *new records::Table("accounts", "account", kColumns);
+    static const wexpol::Table& table = *new wexpol::Table("accounts", "account", kColumns);
     return table;
   }
 };
@@ -50,7 +50,7 @@ template <typename Record>
 class Limit {
  public:
   Limit(sqlite3* db, const std::string& json) : db_(db) {
-    records::Document document;
+    wexpol::Document document;
     document.Parse(json.c_str());
     std::size_t widest = 0;
     for (const auto& value : document.root().GetArray()) {
@@ -123,7 +123,7 @@ __attribute__((noinline)) void Naive(sqlite3* db, const std::string& json) {
 template <typename Record>
 __attribute__((noinline)) void Ours(sqlite3* db, const std::string& json) {
   std::string error;
-  if (!records::AddDocument(db, records::kRecordClass<Record>, json.c_str(), error)) std::abort();
+  if (!wexpol::AddDocument(db, wexpol::kRecordClass<Record>, json.c_str(), error)) std::abort();
 }
 
 void Exec(sqlite3* db, const char* sql) {
@@ -136,8 +136,8 @@ void SynchroniseEmpty(benchmark::State& state, std::string (*make)(int)) {
   bench::Database database;
   const std::string json = make(static_cast<int>(state.range(0)));
   sqlite3* plain = database.handle();
-  sqlite3* cached = provision::OpenKeyed(database.path(), SQLITE_OPEN_READWRITE);
-  records::EnableStatementCache(cached);
+  sqlite3* cached = wexpol::OpenKeyed(database.path(), SQLITE_OPEN_READWRITE);
+  wexpol::EnableStatementCache(cached);
   Limit<Record> limit(plain, json);
   const auto restart = [&] {
     for (sqlite3* db : {plain, cached}) {
@@ -151,7 +151,7 @@ void SynchroniseEmpty(benchmark::State& state, std::string (*make)(int)) {
                   {"limit", [&] { limit.Run(); }, begin(plain)}},
                  1, static_cast<int>(state.range(1)));
   restart();
-  records::DropStatementCache(cached);
+  wexpol::DropStatementCache(cached);
   sqlite3_close(cached);
 }
 
@@ -183,7 +183,7 @@ void ReplaceDevices(benchmark::State& state) {
 }
 
 // A list's select stepped through and each column read, nothing kept.
-void StepAndRead(sqlite3* db, const records::Table& table) {
+void StepAndRead(sqlite3* db, const wexpol::Table& table) {
   sqlite3_stmt* select = nullptr;
   sqlite3_prepare_v2(db, table.select_sql().c_str(), -1, &select, nullptr);
   std::int64_t sum = 0;
@@ -213,7 +213,7 @@ void List(benchmark::State& state, std::string (*make)(int)) {
     for (Record* record : list) delete record;
     list.clear();
   };
-  const auto ours = [&] { records::ListRecords(database.handle(), list, nullptr, 0, error); };
+  const auto ours = [&] { wexpol::ListRecords(database.handle(), list, nullptr, 0, error); };
   bench::Compare(state,
                  {{"step_and_read", [&] { StepAndRead(database.handle(), Record::Table()); }, {}},
                   {"ours", ours, clear}},
@@ -229,10 +229,10 @@ void OpenSession(benchmark::State& state) {
   bench::Database database;
   const std::wstring plain_path = database.path() + L".plain";
   sqlite3* plain = nullptr;
-  const std::string plain_utf8 = platform::WideToUtf8(plain_path);
+  const std::string plain_utf8 = wexpol::WideToUtf8(plain_path);
   sqlite3_open(plain_utf8.c_str(), &plain);
   Exec(plain, "PRAGMA journal_mode = WAL");
-  Exec(plain, provision::kSchema);
+  Exec(plain, wexpol::kSchema);
   sqlite3_close(plain);
   const auto unencrypted = [&] {
     sqlite3* db = nullptr;

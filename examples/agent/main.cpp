@@ -122,7 +122,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string folder = argv[1];
-  platform::RedirectMachine(std::wstring(folder.begin(), folder.end()));
+  wexpol::RedirectMachine(std::wstring(folder.begin(), folder.end()));
   CPolicyDB db("60718", SQLITE_OPEN_READWRITE, 2000);
   if (!OpenOrRestore(db)) {
     std::fprintf(stderr, "no database: run 'wexpolctl --root %s init'\n", argv[1]);

@@ -3,9 +3,9 @@
 
 #include <random>
 
-#include "platform/file_paths.h"
 #include "tests/support/child_process.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/file_paths.h"
 
 namespace {
 
@@ -92,7 +92,7 @@ TEST_F(AlertTimingTest, HistoriesFollowTheRules) {
   const auto pick = [&](unsigned count) { return static_cast<int>(random() % count); };
   for (int step = 0; step < 2000; ++step) {
     environment().clock().Advance(pick(40) == 0 ? -900 : pick(3) * pick(150));
-    model.now = platform::NowUtc();
+    model.now = wexpol::NowUtc();
     const long id = 1 + pick(8);
     const int action = pick(10);
     if (action == 0) {
@@ -129,7 +129,7 @@ TEST_F(AlertTimingTest, ClockSetBackMakesChecksDueButGoesOnSuppressing) {
   AddTypes("(1,5,1,5,1,1,10)");
   EXPECT_EQ(db().GetAlertCheckTime(1), -1);
   EXPECT_EQ(db().GetAlertSecondsRemaining(1, 300), 300);
-  EXPECT_EQ(db().GetAlertCheckTime(1), platform::NowUtc());
+  EXPECT_EQ(db().GetAlertCheckTime(1), wexpol::NowUtc());
   EXPECT_TRUE(db().UpdateAlertCheck(1, true));
   EXPECT_TRUE(CAlertCheck::StartTimer(handle(), 1));  // One that is there stays.
   environment().clock().Advance(-3600);

@@ -6,10 +6,10 @@
 #include <chrono>
 #include <random>
 
-#include "platform/agent_registry.h"
-#include "platform/file_paths.h"
 #include "tests/support/test_environment.h"
 #include "wexpol.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/file_paths.h"
 
 namespace {
 
@@ -148,7 +148,7 @@ TEST_F(ScheduleTest, PeriodRunsFromTheLastRun) {
     EXPECT_EQ(schedule.HowLongUntilSchedule(), seconds) << advance;
   }
   EXPECT_TRUE(Logged("how_long_has_it_been = -100, frequency_in_seconds = 3600"));
-  EXPECT_TRUE(platform::WriteBinary(platform::AgentKey::kAgent, L"UT", &last_run, 15));
+  EXPECT_TRUE(wexpol::WriteBinary(wexpol::AgentKey::kAgent, L"UT", &last_run, 15));
   EXPECT_FALSE(CAvSchedule::ReadUpdateTime(last_run));
   EXPECT_EQ(schedule.HowLongUntilSchedule(), 0);
 }

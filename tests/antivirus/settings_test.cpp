@@ -46,7 +46,7 @@ TEST_F(AntivirusSettingsTest, SettingsFromTheConsole) {
 }
 
 TEST_F(AntivirusSettingsTest, ScanSummaryComesAsTextAndGoesAsNumber) {
-  const std::string now = std::to_string(platform::NowUtc());
+  const std::string now = std::to_string(wexpol::NowUtc());
   const std::pair<std::string, std::string> cases[] = {
       {R"("2020-1-2T3:4:5")", "1577934245"},      {R"("2020-01-02T03:04:05Z")", "1577934245"},
       {R"("2024-02-29T00:00:00")", "1709164800"}, {R"("2023-02-29T00:00:00")", "NULL"},

@@ -1,8 +1,8 @@
 // Application control: its tables, the decisions, and what they learn.
 
-#include "platform/text.h"
 #include "tests/support/policy_test.h"
 #include "tools/provision/provision.h"
+#include "wexpol/platform/text.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ std::string Found(bool answer, const CAppControlInfo& info) {
                           static_cast<int>(info.control_flag)}) {
     found += ' ' + std::to_string(value);
   }
-  if (info.app_name) found += ' ' + platform::WideToUtf8(info.app_name.get());
+  if (info.app_name) found += ' ' + wexpol::WideToUtf8(info.app_name.get());
   return found;
 }
 
@@ -180,7 +180,7 @@ TEST_F(AppControlTest, ANameTeachesItsDigestOnce) {
 
 TEST_F(AppControlTest, WhatAnotherProcessLearntMeanwhileIsNotLearntAgain) {
   static sqlite3* other;
-  other = provision::OpenKeyed(path(), kReadWrite);
+  other = wexpol::OpenKeyed(path(), kReadWrite);
   const auto exec = [](const char* sql) {
     return sqlite3_exec(other, sql, nullptr, nullptr, nullptr);
   };

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/text.h"
-#include "records/document.h"
 #include "tests/support/policy_test.h"
 #include "tools/wexpolctl/tables.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/document.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ namespace {
 const std::string kFolder = WEXPOL_SOURCE_DIR "/../shared/corpus/";
 
 std::string ReadCorpus(const std::string& file) {
-  return ReadBytes(platform::Utf8ToWide(kFolder + file));
+  return ReadBytes(wexpol::Utf8ToWide(kFolder + file));
 }
 
 class CorpusTest : public PolicyTest {
@@ -28,7 +28,7 @@ class CorpusTest : public PolicyTest {
     return line[name].GetString();
   }
 
-  records::Document index_;
+  wexpol::Document index_;
 };
 
 TEST_F(CorpusTest, EveryDocumentIsStoredWhole) {
@@ -37,10 +37,10 @@ TEST_F(CorpusTest, EveryDocumentIsStoredWhole) {
     const std::string json = ReadCorpus(std::string("console/") + table.name() + ".json");
     if (json.empty()) continue;  // Not filled by the console.
     SCOPED_TRACE(table.name());
-    records::Document document;
-    records::Records records;
+    wexpol::Document document;
+    wexpol::Records records;
     ASSERT_TRUE(document.Parse(json.c_str()));
-    ASSERT_TRUE(records::FindRecords(table.record_class->table(), document.root(), records));
+    ASSERT_TRUE(wexpol::FindRecords(table.record_class->table(), document.root(), records));
 
     std::string error;
     const bool refuses_all = std::string(table.name()) == "proxy_ports";

@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "platform/agent_registry.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/agent_registry.h"
 
 namespace {
 
-using platform::AgentKey;
+using wexpol::AgentKey;
 
 class InstallInviteTest : public PolicyTest {};
 
@@ -54,7 +54,7 @@ TEST_F(InstallInviteTest, RegistryWritesToOneKeyAndReadsFromTheOther) {
   EXPECT_FALSE(invite.ReadInstallInviteIdFromRegistry() || db().GetInstallInvite(&invite, 0) ||
                CInstallInvite::DeleteInstallInviteIdFromRegistry());
 
-  ASSERT_TRUE(platform::WriteDword(AgentKey::kAgent, L"INV", 73));
+  ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"INV", 73));
   EXPECT_TRUE(db().GetInstallInvite(&invite, 0));
   EXPECT_EQ(invite.GetToken(), L"b");
   EXPECT_TRUE(db().GetInstallInvite(&invite, 72));

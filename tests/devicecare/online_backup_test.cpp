@@ -1,9 +1,9 @@
 // Online backup: allowance, command lines, statistics.
 
-#include "platform/clock.h"
-#include "platform/device_info.h"
-#include "platform/file_paths.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/clock.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
 
 namespace {
 
@@ -104,7 +104,7 @@ TEST_F(OnlineBackupTest, StatisticsOfASession) {
   CDeviceBackupStatistics statistics(session);
   EXPECT_EQ(Json(statistics), R"({"backup_status_id": 2,"backup_status_date": 1090})");
   EXPECT_EQ(statistics.HowLongAgoLastSuccessfulBackupRan(), 7201);
-  statistics.backup_success_date = platform::NowUtc() - 10'000;
+  statistics.backup_success_date = wexpol::NowUtc() - 10'000;
   EXPECT_EQ(statistics.HowLongAgoLastSuccessfulBackupRan(), 10'000);
 }
 

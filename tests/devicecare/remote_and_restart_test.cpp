@@ -2,22 +2,22 @@
 
 #include <cstring>
 
-#include "devicecare/brand.h"
-#include "devicecare/safe_reboot.h"
-#include "platform/agent_registry.h"
-#include "platform/device_info.h"
-#include "platform/shared_memory.h"
 #include "tests/support/child_process.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/devicecare/brand.h"
+#include "wexpol/devicecare/safe_reboot.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/shared_memory.h"
 
 namespace {
 
-using devicecare::Brand;
-using platform::AgentKey;
+using wexpol::AgentKey;
+using wexpol::Brand;
 
 class DeviceCareTest : public PolicyTest {
  protected:
-  ~DeviceCareTest() override { devicecare::ReleaseBrandForTesting(); }
+  ~DeviceCareTest() override { wexpol::ReleaseBrandForTesting(); }
 };
 
 TEST_F(DeviceCareTest, RemoteControlDocumentsAndUrlParameters) {
@@ -57,7 +57,7 @@ TEST_F(DeviceCareTest, RestartCommandLine) {
                        const wchar_t* title, const wchar_t* service) {
     CRestartPolicySettings policy;
     EXPECT_TRUE(ParseText(policy, R"({"id": 1,"restart_required_option_id": )" + members + "}"));
-    return devicecare::SafeRebootCommandLine(policy, brand, under_system, title, service);
+    return wexpol::SafeRebootCommandLine(policy, brand, under_system, title, service);
   };
   EXPECT_EQ(line("1", Brand::kQel, false, L"Update", nullptr),
             L"-n \"Qel Corvane - Update\" -u \"Qel Antivirus Service\" -power 4 -demo -us  -o 8 ");
@@ -78,8 +78,8 @@ TEST_F(DeviceCareTest, RestartCommandLine) {
     EXPECT_EQ(line(members, Brand::kZentra, true, nullptr, nullptr),
               zentra + L" Service\" -power 4 " + options);
   }
-  EXPECT_TRUE(devicecare::IsProcessRunningAsServiceUnderSYSTEM(L"SYSTEM"));
-  EXPECT_FALSE(devicecare::IsProcessRunningAsServiceUnderSYSTEM(L"system"));
+  EXPECT_TRUE(wexpol::IsProcessRunningAsServiceUnderSYSTEM(L"SYSTEM"));
+  EXPECT_FALSE(wexpol::IsProcessRunningAsServiceUnderSYSTEM(L"system"));
 }
 
 TEST_F(DeviceCareTest, StoredRestartPolicyAndSupportDisplay) {
@@ -100,33 +100,33 @@ std::wstring Maker() {
 
 // Succeeds when the block holds brand 6 of "Shared".
 const ChildFunction kSeesBlock("sees_brand_block", [](const Arguments&) {
-  const auto info = devicecare::ReadBrandInfo();
+  const auto info = wexpol::ReadBrandInfo();
   return info && info->brand_id == 6 && info->product_name == L"Shared" ? 0 : 1;
 });
 
 TEST_F(DeviceCareTest, BrandBlockIsFilledByItsCreatorAndTakenAsItIs) {
-  EXPECT_EQ(devicecare::ReadBrandInfo()->product_name, L"Corvane Agent");
-  devicecare::ReleaseBrandForTesting();
-  ASSERT_TRUE(platform::WriteText(AgentKey::kClass, L"PN", std::wstring(100, L'x')));
-  EXPECT_EQ(devicecare::ReadBrandInfo()->product_name, std::wstring(80, L'x'));
-  devicecare::ReleaseBrandForTesting();
-  ASSERT_TRUE(platform::WriteDword(AgentKey::kAgent, L"BID", 6) &&
-              platform::WriteText(AgentKey::kClass, L"PN", L"Shared"));
+  EXPECT_EQ(wexpol::ReadBrandInfo()->product_name, L"Corvane Agent");
+  wexpol::ReleaseBrandForTesting();
+  ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"PN", std::wstring(100, L'x')));
+  EXPECT_EQ(wexpol::ReadBrandInfo()->product_name, std::wstring(80, L'x'));
+  wexpol::ReleaseBrandForTesting();
+  ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 6) &&
+              wexpol::WriteText(AgentKey::kClass, L"PN", L"Shared"));
   EXPECT_EQ(Maker(), L"Qel");
-  const platform::NamedMapping block(L"Global\\LumoraBrandInfo", 168);
+  const wexpol::NamedMapping block(L"Global\\LumoraBrandInfo", 168);
   ASSERT_TRUE(block.data() && !block.created());
   EXPECT_EQ(std::memcmp(block.data(), u"\6\0Shared\0", 20), 0);
-  ASSERT_TRUE(platform::WriteDword(AgentKey::kAgent, L"BID", 1));
+  ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 1));
   ChildProcess first(environment().folder(), "sees_brand_block");
   ChildProcess second(environment().folder(), "sees_brand_block");
   EXPECT_TRUE(first.Succeeded() && second.Succeeded());
 }
 
 TEST_F(DeviceCareTest, BrandOfAHostileBlock) {
-  const platform::NamedMapping block(L"Global\\LumoraBrandInfo", 168);
+  const wexpol::NamedMapping block(L"Global\\LumoraBrandInfo", 168);
   ASSERT_TRUE(block.created());
   std::memset(block.data(), 'A', 168);  // No terminator anywhere.
-  EXPECT_EQ(devicecare::ReadBrandInfo()->product_name, std::wstring(80, L'\x4141'));
+  EXPECT_EQ(wexpol::ReadBrandInfo()->product_name, std::wstring(80, L'\x4141'));
   EXPECT_EQ(Maker(), L"Zentra");
   for (const std::int32_t id : {4, 5, 6, 7, -1}) {
     std::memcpy(block.data(), &id, sizeof id);

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/device_info.h"
-#include "platform/registry.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/registry.h"
 
 namespace {
 
@@ -41,7 +41,7 @@ TEST(TimeZoneTest, DecodesWhatTheSystemHasOfTheZone) {
     }
     CRegistryVeyra key;  // The machine's own, which the host does not have.
     key.Open(L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Time Zones\\" + zone.name,
-             platform::RegistryAccess::kRead, platform::RegistryView::k64Bit);
+             wexpol::RegistryAccess::kRead, wexpol::RegistryView::k64Bit);
     if (key.QueryBinaryValue(L"TZI", &decoded, sizeof decoded)) {
       EXPECT_TRUE(IsSame(decoded, zone.record)) << zone.text;
     }

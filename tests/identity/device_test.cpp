@@ -1,8 +1,8 @@
 // Devices, interfaces and logins: their documents, special reads and writes.
 
-#include "platform/device_info.h"
-#include "platform/text.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/text.h"
 
 namespace {
 
@@ -92,7 +92,7 @@ TEST_F(DeviceTest, TokensOfOneOrTheFirstDevice) {
     std::string narrow = "none";
     wchar_t* wide;
     EXPECT_EQ(CDevice::GetToken(narrow, handle(), id), CDevice::GetToken(&wide, handle(), id));
-    EXPECT_EQ(wide ? platform::WideToUtf8(wide) : "none", narrow);
+    EXPECT_EQ(wide ? wexpol::WideToUtf8(wide) : "none", narrow);
     delete[] wide;
     tokens += narrow + ' ';
   }

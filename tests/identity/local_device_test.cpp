@@ -2,11 +2,11 @@
 
 #include <functional>
 
-#include "identity/machine_id.h"
-#include "platform/device_info.h"
-#include "platform/file_paths.h"
-#include "platform/registry.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/identity/machine_id.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/registry.h"
 
 namespace {
 
@@ -163,9 +163,9 @@ constexpr wchar_t kIdKey[] = L"SOFTWARE\\Classes\\CLSID\\{3DDFC3B1-613B-7AE0-FDF
 class MachineIdTest : public LocalDeviceTest {
  protected:
   MachineIdTest() {
-    EXPECT_TRUE(key_.OpenForWriting(kSystemKey, platform::RegistryView::kProcess));
+    EXPECT_TRUE(key_.OpenForWriting(kSystemKey, wexpol::RegistryView::kProcess));
     EXPECT_TRUE(key_.SetDWORDValue(L"InstallDate", kInstallDate));
-    EXPECT_TRUE(key_.OpenForWriting(kIdKey, platform::RegistryView::kProcess));
+    EXPECT_TRUE(key_.OpenForWriting(kIdKey, wexpol::RegistryView::kProcess));
   }
   std::string Generated() {
     CDevice device;
@@ -187,7 +187,7 @@ TEST_F(MachineIdTest, IsMadeOnceAndKept) {
   }
   EXPECT_TRUE(key_.SetDWORDValue(L"data", 7));
   EXPECT_EQ(Generated().size(), made.size());
-  EXPECT_TRUE(key_.OpenForWriting(kSystemKey, platform::RegistryView::kProcess));
+  EXPECT_TRUE(key_.OpenForWriting(kSystemKey, wexpol::RegistryView::kProcess));
   EXPECT_TRUE(key_.SetDWORDValue(L"InstallDate", 0));
   EXPECT_EQ(Generated(), "none");
 }
@@ -206,16 +206,16 @@ TEST_F(MachineIdTest, IsRestoredFromTheConsole) {
 }
 
 TEST(MachineIdWordsTest, FollowTheirFormulas) {
-  identity::SystemUuid uuid;
+  wexpol::SystemUuid uuid;
   for (std::uint8_t i = 0; i < 16; ++i) uuid[i] = i;
-  EXPECT_EQ(identity::HardwareId(uuid), "82c390d991341c3308bf0b6ae09b454f00da113d");
-  EXPECT_EQ(identity::InstallationKeyPath(kInstallDate), kIdKey);
+  EXPECT_EQ(wexpol::HardwareId(uuid), "82c390d991341c3308bf0b6ae09b454f00da113d");
+  EXPECT_EQ(wexpol::InstallationKeyPath(kInstallDate), kIdKey);
 }
 
 // A vector of exactly these bytes lets the sanitizer see a read past its end.
-std::optional<identity::SystemUuid> Find(const std::string& bytes) {
+std::optional<wexpol::SystemUuid> Find(const std::string& bytes) {
   const std::vector<std::uint8_t> table(bytes.begin(), bytes.end());
-  return identity::FindSystemUuid(table.data(), table.size());
+  return wexpol::FindSystemUuid(table.data(), table.size());
 }
 
 TEST(SmbiosWalkTest, SurvivesAnyBytes) {

@@ -1,12 +1,12 @@
 // Policies, the three forms of a password, the encrypted proxy password, and the attempts' log.
 
-#include "identity/policy.h"
+#include "wexpol/identity/policy.h"
 
 #include <openssl/evp.h>
 
-#include "identity/password.h"
-#include "platform/text.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/identity/password.h"
+#include "wexpol/platform/text.h"
 
 namespace {
 
@@ -65,10 +65,10 @@ TEST_F(PolicyTableTest, Passwords) {
 }
 
 TEST(Password, WithoutMd5OnlyTheClearTextFits) {
-  const auto missing = [](const void*, std::size_t, platform::Md5Digest*) { return false; };
-  EXPECT_TRUE(identity::FitsPassword(L"d41d8cd98f00b204e9800998ecf8427e", L""));
-  EXPECT_FALSE(identity::FitsPassword(L"d41d8cd98f00b204e9800998ecf8427e", L"", missing));
-  EXPECT_TRUE(identity::FitsPassword(L"clear", L"clear", missing));
+  const auto missing = [](const void*, std::size_t, wexpol::Md5Digest*) { return false; };
+  EXPECT_TRUE(wexpol::FitsPassword(L"d41d8cd98f00b204e9800998ecf8427e", L""));
+  EXPECT_FALSE(wexpol::FitsPassword(L"d41d8cd98f00b204e9800998ecf8427e", L"", missing));
+  EXPECT_TRUE(wexpol::FitsPassword(L"clear", L"clear", missing));
 }
 
 // As the console encrypts.
@@ -85,7 +85,7 @@ std::wstring Encrypt(const std::string& plain, std::string key) {
   EVP_EncryptFinal_ex(context, bytes + size, &last);
   EVP_CIPHER_CTX_free(context);
   EVP_EncodeBlock(text, bytes, size + last);
-  return platform::Utf8ToWide(reinterpret_cast<const char*>(text));
+  return wexpol::Utf8ToWide(reinterpret_cast<const char*>(text));
 }
 
 TEST(ProxyPassword, IsDecrypted) {
@@ -94,7 +94,7 @@ TEST(ProxyPassword, IsDecrypted) {
          {std::string(), std::string("8 bytes!"), std::string("päß→🔑"), std::string(255, 'x')}) {
       CPolicy policy;
       EXPECT_TRUE(policy.SetProxyServerPasswordEncrypted(Encrypt(plain, key).c_str(),
-                                                         platform::Utf8ToWide(key)));
+                                                         wexpol::Utf8ToWide(key)));
       EXPECT_EQ(policy.GetProxyServerPassword(), plain);
     }
   }
@@ -121,7 +121,7 @@ TEST(ProxyPassword, WhatCannotBeDecryptedLeavesTheOldOne) {
   policy.SetProxyServerPassword(L"old");
   for (const std::wstring& text : bad) {
     EXPECT_TRUE(policy.SetProxyServerPasswordEncrypted(text.c_str(), L"key"));
-    EXPECT_FALSE(policy.IsProxyServerPasswordDifferent(L"old")) << platform::WideToUtf8(text);
+    EXPECT_FALSE(policy.IsProxyServerPasswordDifferent(L"old")) << wexpol::WideToUtf8(text);
   }
 }
 

@@ -1,11 +1,11 @@
-#include "platform/clock.h"
+#include "wexpol/platform/clock.h"
 
 #include <gtest/gtest.h>
 
 #include <tuple>
 
-#include "platform/system_types.h"
 #include "tests/support/test_environment.h"
+#include "wexpol/platform/system_types.h"
 
 namespace {
 
@@ -34,14 +34,14 @@ TEST(ClockTest, FileTimesAndCalendarTimesAreEachOther) {
   };
   for (const auto& [time, file_time] : cases) {
     std::int64_t converted = -1;
-    EXPECT_TRUE(platform::ToFileTime(time, &converted));
+    EXPECT_TRUE(wexpol::ToFileTime(time, &converted));
     EXPECT_EQ(converted, file_time);
-    EXPECT_EQ(Fields(platform::FromFileTime(file_time)), Fields(time)) << file_time;
+    EXPECT_EQ(Fields(wexpol::FromFileTime(file_time)), Fields(time)) << file_time;
   }
   std::int64_t day = 0;
-  for (int i = 0; i < 150'000; ++i, day += 86'400 * platform::kFileTimePerSecond) {
+  for (int i = 0; i < 150'000; ++i, day += 86'400 * wexpol::kFileTimePerSecond) {
     std::int64_t back = -1;
-    ASSERT_TRUE(platform::ToFileTime(platform::FromFileTime(day), &back));
+    ASSERT_TRUE(wexpol::ToFileTime(wexpol::FromFileTime(day), &back));
     ASSERT_EQ(back, day);
   }
 }
@@ -53,28 +53,28 @@ TEST(ClockTest, TimesThatDoNotExistAreRefused) {
         Time(2024, 4, 31), Time(2024, 0, 1), Time(2024, 13, 1), Time(2024, 1, 0),
         Time(2024, 1, 1, 24), Time(2024, 1, 1, 0, 60), Time(2024, 1, 1, 0, 0, 60),
         Time(2024, 1, 1, 0, 0, 0, 1000), Time(65535, 65535, 65535, 65535)}) {
-    EXPECT_FALSE(platform::ToFileTime(time, &untouched));
+    EXPECT_FALSE(wexpol::ToFileTime(time, &untouched));
   }
   EXPECT_EQ(untouched, 7);
   for (const std::int64_t file_time : {INT64_MIN, std::int64_t{-1}, INT64_MAX}) {
-    EXPECT_EQ(Fields(platform::FromFileTime(file_time)), Fields(SYSTEMTIME{}));
+    EXPECT_EQ(Fields(wexpol::FromFileTime(file_time)), Fields(SYSTEMTIME{}));
   }
   for (const std::int64_t seconds : {INT64_MIN, INT64_MAX}) {
-    EXPECT_EQ(Fields(platform::UtcToLocal(seconds)), Fields(SYSTEMTIME{}));
+    EXPECT_EQ(Fields(wexpol::UtcToLocal(seconds)), Fields(SYSTEMTIME{}));
   }
-  EXPECT_EQ(platform::FileTimeToUnix(platform::UnixToFileTime(-3) + 1), -3);
-  EXPECT_EQ(platform::FileTimeToUnix(-1), -platform::kUnixEpochInSeconds - 1);
+  EXPECT_EQ(wexpol::FileTimeToUnix(wexpol::UnixToFileTime(-3) + 1), -3);
+  EXPECT_EQ(wexpol::FileTimeToUnix(-1), -wexpol::kUnixEpochInSeconds - 1);
 }
 
 TEST(ClockTest, AllOfItFollowsTheClockInUse) {
   TestEnvironment environment;
-  EXPECT_EQ(platform::NowUtc(), 1'710'331'200);
+  EXPECT_EQ(wexpol::NowUtc(), 1'710'331'200);
   environment.clock().SetLocalOffset(-3600);
   environment.clock().Advance(61);
-  EXPECT_EQ(platform::NowUtc(), 1'710'331'261);
-  EXPECT_EQ(Fields(platform::NowLocal()), Fields(Time(2024, 3, 13, 11, 1, 1, 0, 3)));
-  EXPECT_EQ(Fields(platform::UtcToLocal(0)), Fields(Time(1969, 12, 31, 23, 0, 0, 0, 3)));
-  EXPECT_EQ(platform::TickCount(), 61'000u);
+  EXPECT_EQ(wexpol::NowUtc(), 1'710'331'261);
+  EXPECT_EQ(Fields(wexpol::NowLocal()), Fields(Time(2024, 3, 13, 11, 1, 1, 0, 3)));
+  EXPECT_EQ(Fields(wexpol::UtcToLocal(0)), Fields(Time(1969, 12, 31, 23, 0, 0, 0, 3)));
+  EXPECT_EQ(wexpol::TickCount(), 61'000u);
 }
 
 }  // namespace

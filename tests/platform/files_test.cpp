@@ -1,9 +1,9 @@
-#include "platform/files.h"
+#include "wexpol/platform/files.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/file_paths.h"
 #include "tests/support/test_environment.h"
+#include "wexpol/platform/file_paths.h"
 
 namespace {
 
@@ -18,29 +18,29 @@ TEST(FilesTest, PathsAreDividedAtTheLastSeparator) {
       {L"", L"", L""},
   };
   for (const auto& [path, folder, name] : cases) {
-    EXPECT_EQ(platform::FolderOf(path), folder) << path;
-    EXPECT_EQ(platform::FileNameOf(path), name) << path;
+    EXPECT_EQ(wexpol::FolderOf(path), folder) << path;
+    EXPECT_EQ(wexpol::FileNameOf(path), name) << path;
   }
-  EXPECT_EQ(platform::FileNameOf(platform::JoinPath(L"folder", L"name")), L"name");
-  EXPECT_EQ(platform::ReplaceFileName(L"C:\\a\\b.exe", L"wexpol.db"), L"C:\\a\\wexpol.db");
-  EXPECT_EQ(platform::ReplaceFileName(L"b.exe", L"wexpol.db"), L"");
+  EXPECT_EQ(wexpol::FileNameOf(wexpol::JoinPath(L"folder", L"name")), L"name");
+  EXPECT_EQ(wexpol::ReplaceFileName(L"C:\\a\\b.exe", L"wexpol.db"), L"C:\\a\\wexpol.db");
+  EXPECT_EQ(wexpol::ReplaceFileName(L"b.exe", L"wexpol.db"), L"");
   const std::wstring longest = L"\\" + std::wstring(248, L'x') + L"\\";
-  EXPECT_EQ(platform::ReplaceFileName(longest + L"b", L"wexpol.db").size(), 259u);
-  EXPECT_EQ(platform::ReplaceFileName(longest + L"b", L"wexpol.db2"), L"");
+  EXPECT_EQ(wexpol::ReplaceFileName(longest + L"b", L"wexpol.db").size(), 259u);
+  EXPECT_EQ(wexpol::ReplaceFileName(longest + L"b", L"wexpol.db2"), L"");
 }
 
 TEST(FilesTest, FoldersAndPatternsExistToo) {
   TestEnvironment environment;
   WriteBytes(environment.PathOf(L"a[1].txt"), "12345");
   const auto exists = [&](const wchar_t* name) {
-    return platform::FileExists(environment.PathOf(name));
+    return wexpol::FileExists(environment.PathOf(name));
   };
-  EXPECT_TRUE(platform::FileExists(environment.folder()));
+  EXPECT_TRUE(wexpol::FileExists(environment.folder()));
   EXPECT_TRUE(exists(L"a[1].txt") && exists(L"*.txt") && exists(L"a???.t*") && exists(L"*"));
   EXPECT_FALSE(exists(L"b") || exists(L"*.db") || exists(L"a[1].txt/*"));
-  EXPECT_FALSE(platform::FileExists(L""));
-  EXPECT_EQ(platform::FileSize(environment.PathOf(L"a[1].txt")), 5u);
-  EXPECT_EQ(platform::FileSize(environment.PathOf(L"none")), std::nullopt);
+  EXPECT_FALSE(wexpol::FileExists(L""));
+  EXPECT_EQ(wexpol::FileSize(environment.PathOf(L"a[1].txt")), 5u);
+  EXPECT_EQ(wexpol::FileSize(environment.PathOf(L"none")), std::nullopt);
 }
 
 TEST(FilesTest, CopiesRenamesAndRemoves) {
@@ -48,32 +48,32 @@ TEST(FilesTest, CopiesRenamesAndRemoves) {
   const std::wstring one = environment.PathOf(L"\u00f6ne"), two = environment.PathOf(L"two");
   WriteBytes(one, "new");
   WriteBytes(two, "longer old");
-  EXPECT_FALSE(platform::RenameFile(one, two));
-  EXPECT_TRUE(platform::CopyFileOver(one, two));
+  EXPECT_FALSE(wexpol::RenameFile(one, two));
+  EXPECT_TRUE(wexpol::CopyFileOver(one, two));
   EXPECT_EQ(ReadBytes(two), "new");
-  EXPECT_FALSE(platform::CopyFileOver(environment.PathOf(L"none"), two));
+  EXPECT_FALSE(wexpol::CopyFileOver(environment.PathOf(L"none"), two));
   EXPECT_EQ(ReadBytes(two), "new");
 
-  std::fputs(" end\n", platform::OpenForAppend(two).get());
+  std::fputs(" end\n", wexpol::OpenForAppend(two).get());
   EXPECT_EQ(ReadBytes(two).substr(0, 7), "new end");
-  EXPECT_EQ(platform::OpenForAppend(platform::JoinPath(two, L"file")), nullptr);
+  EXPECT_EQ(wexpol::OpenForAppend(wexpol::JoinPath(two, L"file")), nullptr);
 
-  EXPECT_TRUE(platform::RemoveFile(two));
-  EXPECT_FALSE(platform::RemoveFile(two));
-  EXPECT_TRUE(platform::RenameFile(one, two));
+  EXPECT_TRUE(wexpol::RemoveFile(two));
+  EXPECT_FALSE(wexpol::RemoveFile(two));
+  EXPECT_TRUE(wexpol::RenameFile(one, two));
   EXPECT_EQ(ReadBytes(two), "new");
 }
 
 TEST(FilesTest, LocationsLieInOneFolder) {
-  const std::wstring machine = platform::FolderOf(CFilePaths::GetLocationDB());
-  EXPECT_EQ(platform::FileNameOf(machine), L"Corvane Agent");
+  const std::wstring machine = wexpol::FolderOf(CFilePaths::GetLocationDB());
+  EXPECT_EQ(wexpol::FileNameOf(machine), L"Corvane Agent");
   TestEnvironment environment;
   EXPECT_EQ(CFilePaths::GetLocationDB(), environment.PathOf(L"wexpol.db"));
   EXPECT_EQ(CFilePaths::GetLocationBackupDB(), environment.PathOf(L"wexpol.bak"));
   EXPECT_EQ(CFilePaths::GetLocationLogFile(), environment.PathOf(L"wexpol.log"));
-  EXPECT_EQ(platform::FolderOf(CFilePaths::GetOlbInstallLogFilePath()), environment.folder());
-  EXPECT_TRUE(platform::FileNameOf(platform::ExecutablePath()).starts_with(L"wexpol_tests"));
-  EXPECT_FALSE(platform::CurrentUserName().empty());
+  EXPECT_EQ(wexpol::FolderOf(CFilePaths::GetOlbInstallLogFilePath()), environment.folder());
+  EXPECT_TRUE(wexpol::FileNameOf(wexpol::ExecutablePath()).starts_with(L"wexpol_tests"));
+  EXPECT_FALSE(wexpol::CurrentUserName().empty());
 }
 
 }  // namespace

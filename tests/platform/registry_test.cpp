@@ -1,21 +1,21 @@
-#include "platform/registry.h"
+#include "wexpol/platform/registry.h"
 
 #include <gtest/gtest.h>
 
 #include <utility>
 
-#include "platform/agent_registry.h"
-#include "platform/device_info.h"
 #include "tests/support/child_process.h"
 #include "tests/support/test_environment.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/device_info.h"
 
 namespace {
 
-using platform::AgentKey;
-using platform::RegistryAccess;
-using platform::RegistryStatus;
-using platform::RegistryType;
-using platform::RegistryView;
+using wexpol::AgentKey;
+using wexpol::RegistryAccess;
+using wexpol::RegistryStatus;
+using wexpol::RegistryType;
+using wexpol::RegistryView;
 
 constexpr wchar_t kPath[] = L"SOFTWARE\\Maker\\Pro.duct";
 
@@ -109,7 +109,7 @@ TEST_F(RegistryTest, TextsEndWhateverIsStored) {
       {std::wstring(L"\0", 1), true, L""},
   };
   for (const auto& [stored, odd, expected] : cases) {
-    for (const RegistryType type : {RegistryType::kText, RegistryType::kExpandText}) {
+    for (const RegistryType type : {RegistryType::kString, RegistryType::kExpandString}) {
       Store(type, stored, odd);
       std::wstring text = L"before";
       EXPECT_TRUE(key_.QueryTextValue(L"Value", &text));
@@ -117,7 +117,7 @@ TEST_F(RegistryTest, TextsEndWhateverIsStored) {
     }
   }
   std::wstring text;
-  Store(RegistryType::kText, std::wstring(128, L'x'));
+  Store(RegistryType::kString, std::wstring(128, L'x'));
   EXPECT_TRUE(key_.QueryTextValue(L"Value", &text));
   EXPECT_EQ(text.size(), 128u);
   EXPECT_TRUE(key_.SetTextValue(L"Value", std::wstring(128, L'x')));
@@ -154,30 +154,30 @@ TEST_F(RegistryTest, AMovedKeyHasOneOwner) {
 }
 
 TEST_F(RegistryTest, TheAgentKeyIsLookedUpOnceInTheClassKey) {
-  EXPECT_EQ(platform::AgentKeyPath(), L"SOFTWARE\\ZENTRA Software\\Corvane Agent");
-  EXPECT_EQ(platform::RuntimeKeyPath(), L"SOFTWARE\\ZENTRA SoftwareKv Runtime");
-  ASSERT_TRUE(platform::WriteText(AgentKey::kClass, L"RK", L"SOFTWARE\\Other"));
-  ASSERT_TRUE(platform::WriteText(AgentKey::kClass, L"RR", L"SOFTWARE\\Root\\"));
-  EXPECT_EQ(platform::AgentKeyPath(), L"SOFTWARE\\ZENTRA Software\\Corvane Agent");
+  EXPECT_EQ(wexpol::AgentKeyPath(), L"SOFTWARE\\ZENTRA Software\\Corvane Agent");
+  EXPECT_EQ(wexpol::RuntimeKeyPath(), L"SOFTWARE\\ZENTRA SoftwareKv Runtime");
+  ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"RK", L"SOFTWARE\\Other"));
+  ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"RR", L"SOFTWARE\\Root\\"));
+  EXPECT_EQ(wexpol::AgentKeyPath(), L"SOFTWARE\\ZENTRA Software\\Corvane Agent");
 
-  platform::ResetAgentKeysForTesting();
-  EXPECT_EQ(platform::AgentKeyPath(), L"SOFTWARE\\Other");
-  EXPECT_EQ(platform::RootKeyPath(), L"SOFTWARE\\Root\\");
-  EXPECT_EQ(platform::RuntimeKeyPath(), L"SOFTWARE\\Root\\Kv Runtime");
-  ASSERT_TRUE(platform::WriteDword(AgentKey::kAgent, L"BID", 6));
+  wexpol::ResetAgentKeysForTesting();
+  EXPECT_EQ(wexpol::AgentKeyPath(), L"SOFTWARE\\Other");
+  EXPECT_EQ(wexpol::RootKeyPath(), L"SOFTWARE\\Root\\");
+  EXPECT_EQ(wexpol::RuntimeKeyPath(), L"SOFTWARE\\Root\\Kv Runtime");
+  ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 6));
   EXPECT_EQ(key_.Open(L"SOFTWARE\\Other", RegistryAccess::kRead, RegistryView::k32Bit),
             RegistryStatus::kOk);
 
   // An empty path names no key, and is asked for again.
-  ASSERT_TRUE(platform::WriteText(AgentKey::kClass, L"RK", L""));
-  platform::ResetAgentKeysForTesting();
-  EXPECT_FALSE(platform::WriteDword(AgentKey::kAgent, L"BID", 5));
-  ASSERT_TRUE(platform::WriteText(AgentKey::kClass, L"RK", L"SOFTWARE\\Other"));
+  ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"RK", L""));
+  wexpol::ResetAgentKeysForTesting();
+  EXPECT_FALSE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 5));
+  ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"RK", L"SOFTWARE\\Other"));
   std::uint32_t brand = 0;
-  EXPECT_TRUE(platform::ReadDword(AgentKey::kAgent, L"BID", &brand));
+  EXPECT_TRUE(wexpol::ReadDword(AgentKey::kAgent, L"BID", &brand));
   EXPECT_EQ(brand, 6u);
-  EXPECT_TRUE(platform::DeleteValue(AgentKey::kAgent, L"BID"));
-  EXPECT_FALSE(platform::DeleteValue(AgentKey::kAgent, L"BID"));
+  EXPECT_TRUE(wexpol::DeleteValue(AgentKey::kAgent, L"BID"));
+  EXPECT_FALSE(wexpol::DeleteValue(AgentKey::kAgent, L"BID"));
 }
 
 TEST_F(RegistryTest, TheDeviceIdIsASignedNumberOfTheAgentKey) {
@@ -190,7 +190,7 @@ TEST_F(RegistryTest, TheDeviceIdIsASignedNumberOfTheAgentKey) {
     EXPECT_EQ(id, stored);
   }
   std::uint32_t bits = 0;
-  EXPECT_TRUE(platform::ReadDword(AgentKey::kAgent, L"DID", &bits));
+  EXPECT_TRUE(wexpol::ReadDword(AgentKey::kAgent, L"DID", &bits));
   EXPECT_EQ(bits, 0x7FFFFFFFu);
 }
 
@@ -200,8 +200,8 @@ int WriteAndRead(const Arguments& arguments) {
   int good = 0;
   for (int i = 0; i < 200; ++i) {
     std::wstring seen;
-    good += platform::WriteText(AgentKey::kAgent, L"Shared", mine) &&
-            platform::ReadText(AgentKey::kAgent, L"Shared", &seen) && seen.size() == 100 &&
+    good += wexpol::WriteText(AgentKey::kAgent, L"Shared", mine) &&
+            wexpol::ReadText(AgentKey::kAgent, L"Shared", &seen) && seen.size() == 100 &&
             seen.find_first_not_of(seen[0]) == seen.npos;
   }
   return good == 200 ? 0 : 1;

@@ -5,16 +5,16 @@
 #include <thread>
 #include <utility>
 
-#include "platform/named_mutex.h"
-#include "platform/shared_memory.h"
 #include "tests/support/child_process.h"
 #include "tests/support/test_environment.h"
+#include "wexpol/platform/named_mutex.h"
+#include "wexpol/platform/shared_memory.h"
 
 namespace {
 
-using platform::NamedMapping;
-using platform::NamedMutex;
-using WaitResult = platform::NamedMutex::WaitResult;
+using wexpol::NamedMapping;
+using wexpol::NamedMutex;
+using WaitResult = wexpol::NamedMutex::WaitResult;
 
 constexpr wchar_t kName[] = L"Global\\Corvane Test";
 constexpr wchar_t kBlockName[] =

@@ -1,22 +1,22 @@
-#include "policydb/diagnostic_log.h"
+#include "wexpol/policydb/diagnostic_log.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 #include <thread>
 
-#include "platform/agent_registry.h"
-#include "platform/device_info.h"
-#include "platform/file_paths.h"
-#include "platform/files.h"
-#include "platform/named_mutex.h"
-#include "platform/text.h"
 #include "tests/support/child_process.h"
 #include "tests/support/test_environment.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/named_mutex.h"
+#include "wexpol/platform/text.h"
 
 namespace {
 
-using policydb::LogMessage;
+using wexpol::LogMessage;
 
 class DiagnosticLogTest : public ::testing::Test {
  protected:
@@ -33,12 +33,12 @@ class DiagnosticLogTest : public ::testing::Test {
 };
 
 TEST_F(DiagnosticLogTest, ColumnsHaveEightCharacters) {
-  EXPECT_EQ(policydb::LogColumn(L"amy"), L"amy     ");
-  EXPECT_EQ(policydb::LogColumn(L"administrators"), L"administ");
-  EXPECT_EQ(policydb::LogColumn(L""), L"        ");
-  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\agentservice.exe"), L"agentser");
-  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\a.b.exe"), L"a.b     ");
-  EXPECT_EQ(policydb::ProgramColumn(L"C:\\Program.Files\\agent"), L"agent   ");
+  EXPECT_EQ(wexpol::LogColumn(L"amy"), L"amy     ");
+  EXPECT_EQ(wexpol::LogColumn(L"administrators"), L"administ");
+  EXPECT_EQ(wexpol::LogColumn(L""), L"        ");
+  EXPECT_EQ(wexpol::ProgramColumn(L"C:\\Program.Files\\agentservice.exe"), L"agentser");
+  EXPECT_EQ(wexpol::ProgramColumn(L"C:\\Program.Files\\a.b.exe"), L"a.b     ");
+  EXPECT_EQ(wexpol::ProgramColumn(L"C:\\Program.Files\\agent"), L"agent   ");
 }
 
 TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
@@ -49,7 +49,7 @@ TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
   EXPECT_TRUE(LogMessage("%s", std::string(100'000, 'x').c_str()));
 
   const std::string head = "07/04/09 08:05:09 " +
-                           platform::WideToUtf8(policydb::LogColumn(platform::CurrentUserName())) +
+                           wexpol::WideToUtf8(wexpol::LogColumn(wexpol::CurrentUserName())) +
                            " wexpol_t - WexPol > ";
   EXPECT_EQ(TextOf(path_), "ClientVersion = " + std::to_string(WEXPOL_VERSION_MAJOR) + "." +
                                std::to_string(WEXPOL_VERSION_MINOR) + "." +
@@ -63,40 +63,40 @@ TEST_F(DiagnosticLogTest, AFileLargerThanTheThresholdIsPutAside) {
     std::size_t threshold;
   } cases[] = {{0, 5'242'880}, {1, 10'485'760}};
   for (const auto& [debug, threshold] : cases) {
-    if (debug) platform::WriteDword(platform::AgentKey::kAgent, L"EnableLogLevelDebug", debug);
-    policydb::ResetLogForTesting();
+    if (debug) wexpol::WriteDword(wexpol::AgentKey::kAgent, L"EnableLogLevelDebug", debug);
+    wexpol::ResetLogForTesting();
     WriteBytes(path_, std::string(threshold, 'x'));
     WriteBytes(old_path_, "older");
     EXPECT_TRUE(LogMessage("appended"));
-    EXPECT_GT(platform::FileSize(path_).value_or(0), threshold);
+    EXPECT_GT(wexpol::FileSize(path_).value_or(0), threshold);
     EXPECT_EQ(ReadBytes(old_path_), "older");
 
     WriteBytes(path_, std::string(threshold + 1, 'x'));
     EXPECT_TRUE(LogMessage("fresh"));
-    EXPECT_EQ(platform::FileSize(old_path_), threshold + 1);
+    EXPECT_EQ(wexpol::FileSize(old_path_), threshold + 1);
     EXPECT_TRUE(TextOf(path_).starts_with("ClientVersion"));
-    EXPECT_LT(platform::FileSize(path_).value_or(threshold), 200u);
+    EXPECT_LT(wexpol::FileSize(path_).value_or(threshold), 200u);
   }
 }
 
 TEST_F(DiagnosticLogTest, ALineIsDroppedWhenTheFileIsNotToBeHad) {
-  platform::NamedMutex mutex(L"Global\\Veyra_Log");
-  ASSERT_EQ(mutex.Wait(0), platform::NamedMutex::WaitResult::kObtained);
+  wexpol::NamedMutex mutex(L"Global\\Veyra_Log");
+  ASSERT_EQ(mutex.Wait(0), wexpol::NamedMutex::WaitResult::kObtained);
   bool written = true;
   std::thread([&] { written = LogMessage("waits 2 seconds"); }).join();
   EXPECT_FALSE(written);
   mutex.Release();
-  EXPECT_FALSE(platform::FileExists(path_));
+  EXPECT_FALSE(wexpol::FileExists(path_));
 
   CFilePaths::Redirect(environment_.PathOf(L"none"));
-  policydb::ResetLogForTesting();
+  wexpol::ResetLogForTesting();
   EXPECT_FALSE(LogMessage("no folder"));
 }
 
 constexpr int kLines = 2000;
 
 int WriteLines(const Arguments& arguments) {
-  policydb::ResetLogForTesting(150'000);
+  wexpol::ResetLogForTesting(150'000);
   int written = 0;
   for (int i = 0; i < kLines; ++i) written += LogMessage("%s %d", arguments.at(0).c_str(), i);
   return written == kLines ? 0 : 1;
@@ -108,8 +108,8 @@ TEST_F(DiagnosticLogTest, TwoProcessesLoseAndTearNothing) {
   EXPECT_EQ(WriteLines({"b"}), 0);
   ASSERT_TRUE(other.Succeeded());
 
-  EXPECT_GT(platform::FileSize(old_path_).value_or(0), 150'000u);
-  EXPECT_LT(platform::FileSize(old_path_).value_or(0), 150'200u);
+  EXPECT_GT(wexpol::FileSize(old_path_).value_or(0), 150'000u);
+  EXPECT_LT(wexpol::FileSize(old_path_).value_or(0), 150'200u);
   std::istringstream lines(TextOf(old_path_) + TextOf(path_));
   int next[2] = {0, 0}, heads = 0;
   constexpr std::size_t kHead = 47;

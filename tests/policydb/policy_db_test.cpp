@@ -2,10 +2,11 @@
 
 #include <cstring>
 
-#include "platform/file_paths.h"
-#include "platform/files.h"
 #include "tests/support/policy_test.h"
 #include "tools/provision/provision.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/policydb/connection.h"
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr wchar_t kName[] = L"wexpol.db";
 // A database file whose account id tells which file was opened.
 void Provision(const std::wstring& file, int account_id) {
   std::string error;
-  ASSERT_TRUE(provision::CreateDatabase(file, error)) << error;
+  ASSERT_TRUE(wexpol::CreateDatabase(file, error)) << error;
   CPolicyDB db(kAccessCode, file.c_str(), kReadWrite, 100);
   const std::string json = "{\"id\": " + std::to_string(account_id) + ", \"locale_id\": 1}";
   ASSERT_TRUE(db.ClearAndAddAccounts(json.c_str()));
@@ -28,7 +29,7 @@ int AccountOf(CPolicyDB& db) {
 
 class SearchTest : public ::testing::Test {
  protected:
-  ~SearchTest() override { platform::RemoveFile(beside_); }
+  ~SearchTest() override { wexpol::RemoveFile(beside_); }
 
   int Found() {
     CPolicyDB db(kAccessCode, kReadWrite, 100);
@@ -36,7 +37,7 @@ class SearchTest : public ::testing::Test {
   }
 
   TestEnvironment environment_;
-  std::wstring beside_ = platform::ReplaceFileName(platform::ExecutablePath(), kName);
+  std::wstring beside_ = wexpol::ReplaceFileName(wexpol::ExecutablePath(), kName);
 };
 
 TEST_F(SearchTest, TheFirstFileThatOpensIsTaken) {
@@ -47,7 +48,7 @@ TEST_F(SearchTest, TheFirstFileThatOpensIsTaken) {
   Provision(CFilePaths::GetLocationBackupDB(), 4);
   WriteBytes(CFilePaths::GetLocationDB() + L"-wal", "left over");
   EXPECT_EQ(Found(), 4);  // The backup, copied to the installed location.
-  platform::RemoveFile(CFilePaths::GetLocationDB());
+  wexpol::RemoveFile(CFilePaths::GetLocationDB());
   Provision(CFilePaths::GetLocationDB(), 3);
   EXPECT_EQ(Found(), 3);
   Provision(beside_, 1);
@@ -151,10 +152,28 @@ TEST_F(SessionTest, RestorePutsTheBackupInPlace) {
   EXPECT_EQ(AccountOf(broken), 9);
   EXPECT_TRUE(broken.CheckIntegrity());
   broken.CloseDB();
-  platform::RemoveFile(CFilePaths::GetLocationBackupDB());
-  platform::RemoveFile(path());
+  wexpol::RemoveFile(CFilePaths::GetLocationBackupDB());
+  wexpol::RemoveFile(path());
   EXPECT_FALSE(broken.RestoreDB());
   EXPECT_FALSE(broken.IsValidDB());
+}
+
+TEST_F(SessionTest, AFileWithoutItsTablesIsNotProvisioned) {
+  EXPECT_TRUE(db().IsProvisioned());
+  for (const char* lost : {"DROP TABLE alerts_sent", "DROP VIEW remote_control_settings"}) {
+    ASSERT_EQ(sqlite3_exec(wexpol::HandleOf(db()), "BEGIN", nullptr, nullptr, nullptr), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(wexpol::HandleOf(db()), lost, nullptr, nullptr, nullptr), SQLITE_OK);
+    EXPECT_FALSE(db().IsProvisioned()) << lost;
+    ASSERT_EQ(sqlite3_exec(wexpol::HandleOf(db()), "ROLLBACK", nullptr, nullptr, nullptr),
+              SQLITE_OK);
+  }
+  CloseAll();
+  WriteBytes(path(), "");
+  CPolicyDB empty(kAccessCode, path().c_str(), kReadWrite, 100);
+  EXPECT_TRUE(empty.CheckIntegrity());
+  EXPECT_FALSE(empty.IsProvisioned());
+  empty.CloseDB();
+  EXPECT_FALSE(empty.IsProvisioned());
 }
 
 TEST_F(SessionTest, AChangedPageIsRefused) {

@@ -1,7 +1,7 @@
 // Every record class, for what must hold of all of them.
 
-#ifndef TESTS_RECORDS_RECORD_CLASSES_H_
-#define TESTS_RECORDS_RECORD_CLASSES_H_
+#ifndef WEXPOL_TESTS_RECORDS_RECORD_CLASSES_H_
+#define WEXPOL_TESTS_RECORDS_RECORD_CLASSES_H_
 
 #include "wexpol.h"
 
@@ -31,4 +31,4 @@ void ForEachRecordClass(const Visitor& visitor) {
   internal::AllRecordClasses::ForEach(visitor);
 }
 
-#endif  // TESTS_RECORDS_RECORD_CLASSES_H_
+#endif  // WEXPOL_TESTS_RECORDS_RECORD_CLASSES_H_

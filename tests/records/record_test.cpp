@@ -3,15 +3,15 @@
 #include <set>
 #include <tuple>
 
-#include "records/row.h"
-#include "records/synchronise.h"
-#include "records/table.h"
 #include "tests/records/record_classes.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/records/row.h"
+#include "wexpol/records/synchronise.h"
+#include "wexpol/records/table.h"
 
 namespace {
 
-using records::Column;
+using wexpol::Column;
 
 class RecordTest : public PolicyTest {};
 
@@ -19,18 +19,18 @@ class RecordTest : public PolicyTest {};
 // what no round trip can see.
 template <typename Record>
 void ExpectSoundTable(const std::vector<std::string>& schema) {
-  const records::Table& table = Record::Table();
+  const wexpol::Table& table = Record::Table();
   SCOPED_TRACE(table.name());
   Record record;
   auto* row = static_cast<typename Record::Row*>(&record);
   const void* last = nullptr;
   std::vector<std::string> names;
   int keys = 0;
-  for (const records::ColumnDef& column : table.columns()) {
+  for (const wexpol::ColumnDef& column : table.columns()) {
     EXPECT_LT(last, column.field(row)) << column.name;
     last = column.field(row);
     names.emplace_back(column.name);
-    keys += (column.flags & records::kKey) != 0;
+    keys += (column.flags & wexpol::kKey) != 0;
   }
   EXPECT_EQ(names, schema);
   EXPECT_LE(keys, 1);
@@ -55,29 +55,29 @@ struct tblSample {
   bool strict = false;
   std::int16_t flag = -1;
   std::int16_t strict_flag = -1;
-  records::Text text;
-  records::WideText wide;
+  wexpol::Text text;
+  wexpol::WideText wide;
   std::array<std::uint8_t, 3> bytes = {};
 };
 
-class CSample : public records::Record<CSample, tblSample> {
+class CSample : public wexpol::Record<CSample, tblSample> {
  public:
-  static const records::Table& Table() {
-    static constexpr records::ColumnDef kColumns[] = {
-        Column<&tblSample::id>("id", records::kKey),
+  static const wexpol::Table& Table() {
+    static constexpr wexpol::ColumnDef kColumns[] = {
+        Column<&tblSample::id>("id", wexpol::kKey),
         Column<&tblSample::small>("small"),
         Column<&tblSample::whole>("whole"),
         Column<&tblSample::large>("large"),
-        Column<&tblSample::version>("version", records::kUint64NullIsZero),
+        Column<&tblSample::version>("version", wexpol::kUint64NullIsZero),
         Column<&tblSample::on>("is_on"),
-        Column<&tblSample::strict>("strict", records::kStrictBool),
-        Column<&tblSample::flag>("flag", records::kFlag16),
-        Column<&tblSample::strict_flag>("strict_flag", records::kStrictFlag16),
+        Column<&tblSample::strict>("strict", wexpol::kStrictBool),
+        Column<&tblSample::flag>("flag", wexpol::kFlag16),
+        Column<&tblSample::strict_flag>("strict_flag", wexpol::kStrictFlag16),
         Column<&tblSample::text>("text"),
         Column<&tblSample::wide>("wide"),
         Column<&tblSample::bytes>("bytes"),
     };
-    static const records::Table& table = *new records::Table("samples", "sample", kColumns);
+    static const wexpol::Table& table = *new wexpol::Table("samples", "sample", kColumns);
     return table;
   }
 };
@@ -93,8 +93,8 @@ class CodecTest : public PolicyTest {
   std::string Stored(const std::string& column, const std::string& value) {
     Sql("DELETE FROM samples");
     std::string error;
-    EXPECT_TRUE(records::AddDocument(handle(), records::kRecordClass<CSample>,
-                                     ("{\"" + column + "\": " + value + "}").c_str(), error));
+    EXPECT_TRUE(wexpol::AddDocument(handle(), wexpol::kRecordClass<CSample>,
+                                    ("{\"" + column + "\": " + value + "}").c_str(), error));
     return Row("SELECT " + column + " FROM samples");
   }
 };
@@ -162,7 +162,7 @@ TEST_F(CodecTest, ValuesAtTheirBoundsAreTheSameStraightAndThroughTheRecord) {
     EXPECT_EQ(Row(std::string("SELECT ") + c.column + " FROM samples"), c.row);
 
     CSample read;
-    records::Statement select(handle(), "SELECT * FROM samples");
+    wexpol::Statement select(handle(), "SELECT * FROM samples");
     ASSERT_TRUE(select.Row());
     read.CopyFromDB(select.get());
     const std::string member = std::string("\"") + c.column + "\": ";
@@ -186,7 +186,7 @@ TEST_F(CodecTest, BlobsOfAnotherSizeOrTypeAreNotTaken) {
   for (const auto& c : kCases) {
     Sql(std::string("DELETE FROM samples; INSERT INTO samples(bytes) VALUES(") + c.sql + ")");
     CSample sample;
-    records::Statement select(handle(), "SELECT * FROM samples");
+    wexpol::Statement select(handle(), "SELECT * FROM samples");
     ASSERT_TRUE(select.Row());
     sample.CopyFromDB(select.get());
     EXPECT_NE(Json(sample).find(c.out), std::string::npos) << c.sql;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "records/statement.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/records/statement.h"
 
 namespace {
 
@@ -162,42 +162,42 @@ TEST_F(SynchroniseTest, OneRecordIsReadOrLeftAlone) {
 
 TEST_F(SynchroniseTest, StatementsOfTheSameTextDoNotDisturbOneAnother) {
   ASSERT_TRUE(db().AddLogins("[{\"id\": 1}, {\"id\": 2}]"));
-  records::EnableStatementCache(handle());
-  const auto ids = [&] { return records::Statement(handle(), "SELECT id FROM logins"); };
+  wexpol::EnableStatementCache(handle());
+  const auto ids = [&] { return wexpol::Statement(handle(), "SELECT id FROM logins"); };
   {
-    records::Statement outer = ids();
+    wexpol::Statement outer = ids();
     ASSERT_TRUE(outer.Row());
-    records::Statement inner = ids();
+    wexpol::Statement inner = ids();
     ASSERT_TRUE(inner.Row() && inner.Row());
     ASSERT_TRUE(outer.Row());
     EXPECT_EQ(outer.Int(0) + inner.Int(0), 4);
   }
   for (int i = 0; i < 2000; ++i) {  // More texts than are kept.
     const std::string text = "SELECT id + " + std::to_string(i) + " FROM logins WHERE id=?";
-    records::Statement select = records::Statement::Composed(handle(), text, i % 2 + 1);
+    wexpol::Statement select = wexpol::Statement::Composed(handle(), text, i % 2 + 1);
     ASSERT_TRUE(select.Row());
     ASSERT_EQ(select.Int(0), i % 2 + 1 + i);
   }
-  records::DropStatementCache(handle());
+  wexpol::DropStatementCache(handle());
 }
 
 TEST_F(SynchroniseTest, AReadScopeHoldsOneState) {
   ASSERT_TRUE(db().AddLogins("{\"id\": 1}"));
   const auto count = [&] {
-    records::Statement select(handle(), "SELECT count(*) FROM logins");
+    wexpol::Statement select(handle(), "SELECT count(*) FROM logins");
     return select.Row() ? select.Int(0) : -1;
   };
   {
-    records::ReadScope scope(handle());
+    wexpol::ReadScope scope(handle());
     EXPECT_EQ(count(), 1);
     EXPECT_TRUE(db().AddLogins("{\"id\": 2}"));
     EXPECT_EQ(count(), 1);
-    const records::ReadScope nested(handle());  // Leaves the outer one alone.
+    const wexpol::ReadScope nested(handle());  // Leaves the outer one alone.
     scope.Release();
     EXPECT_EQ(count(), 2);
   }
   Sql("BEGIN");
-  { const records::ReadScope within(handle()); }
+  { const wexpol::ReadScope within(handle()); }
   EXPECT_EQ(sqlite3_get_autocommit(handle()), 0);
   Sql("COMMIT");
 }

@@ -1,8 +1,8 @@
 // Configuration values: the three forms of the lookup, and writing them.
 
-#include "platform/file_paths.h"
-#include "policydb/diagnostic_log.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/policydb/diagnostic_log.h"
 
 namespace {
 
@@ -84,7 +84,7 @@ TEST_F(ConfigurationTest, FlowSwitch) {
     ASSERT_TRUE(db().SetServiceConfigurationRaw(value.c_str(), "sb_flow_enabled", 0, 4));
     EXPECT_EQ(db().IsServiceBridgeInstallFlowEnabled(4), value.size() == 4) << value;
   }
-  policydb::ResetLogForTesting();
+  wexpol::ResetLogForTesting();
   for (short id = -2; id <= 14; ++id) {
     const bool switched = std::set<short>{0, 1, 2, 4, 5, 9, 12}.count(id) > 0;
     EXPECT_EQ(db().IsServiceBridgeInstallFlowEnabled(id), !switched) << id;

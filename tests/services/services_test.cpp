@@ -1,14 +1,14 @@
 // Services: the questions about the local device, automatic upgrades, the installer's options, the
 // attempt counters, and which Windows is a server.
 
-#include "platform/agent_registry.h"
-#include "services/server_edition.h"
-#include "services/service_attempts.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/services/server_edition.h"
+#include "wexpol/services/service_attempts.h"
 
 namespace {
 
-using platform::AgentKey;
+using wexpol::AgentKey;
 
 class ServicesTest : public PolicyTest {
  protected:
@@ -124,30 +124,29 @@ TEST_F(ServicesTest, ThreeAttemptsAreCounted) {
     EXPECT_EQ(db().IncrementServiceInstallAttempts(4), expected);
   }
   std::uint32_t count = 9;
-  EXPECT_TRUE(platform::ReadDword(AgentKey::kAgent, L"SIA04", &count));
+  EXPECT_TRUE(wexpol::ReadDword(AgentKey::kAgent, L"SIA04", &count));
   EXPECT_EQ(count, 3u);
   EXPECT_FALSE(db().HasExceededServiceInstallAttempts(4));
   for (const auto& [stored, exceeded] : {std::pair(4u, true), std::pair(0xFFFFu, false)}) {
-    EXPECT_TRUE(platform::WriteDword(AgentKey::kAgent, L"SDA04", stored));
+    EXPECT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"SDA04", stored));
     EXPECT_EQ(db().HasExceededServiceDownloadAttempts(4), exceeded);
   }
   EXPECT_EQ(db().IncrementServiceDownloadAttempts(4), 1);  // As a 16-bit number it was -1.
-  EXPECT_TRUE(platform::WriteText(AgentKey::kAgent, L"SIA05", L"1"));
+  EXPECT_TRUE(wexpol::WriteText(AgentKey::kAgent, L"SIA05", L"1"));
   EXPECT_EQ(db().IncrementServiceInstallAttempts(5), -1);
 }
 
 TEST(ServiceAttempts, NamesOfTheCounts) {
-  EXPECT_EQ(services::AttemptsValueName(4, services::kDownloadAttempts), L"SDA04");
-  EXPECT_EQ(services::AttemptsValueName(-32768, L"%s%n%02d%02d"), L"%s%n-32768%02d");
-  EXPECT_EQ(services::AttemptsValueName(123, (std::wstring(76, L'x') + L"%02d").c_str()).size(),
-            79u);
-  EXPECT_EQ(services::AttemptsValueName(1234, (std::wstring(76, L'x') + L"%02d").c_str()), L"");
-  EXPECT_EQ(services::AttemptsValueName(4, nullptr), L"");
+  EXPECT_EQ(wexpol::AttemptsValueName(4, wexpol::kDownloadAttempts), L"SDA04");
+  EXPECT_EQ(wexpol::AttemptsValueName(-32768, L"%s%n%02d%02d"), L"%s%n-32768%02d");
+  EXPECT_EQ(wexpol::AttemptsValueName(123, (std::wstring(76, L'x') + L"%02d").c_str()).size(), 79u);
+  EXPECT_EQ(wexpol::AttemptsValueName(1234, (std::wstring(76, L'x') + L"%02d").c_str()), L"");
+  EXPECT_EQ(wexpol::AttemptsValueName(4, nullptr), L"");
 }
 
 TEST(ServerEdition, FollowsFromTheVersion) {
   const struct {
-    platform::WindowsVersion version;  // Major, minor, suites, product type.
+    wexpol::WindowsVersion version;  // Major, minor, suites, product type.
     bool expected;
   } kCases[] = {
       {{10, 0, 0, 1}, false}, {{10, 0, 0, 3}, true},      {{10, 1, 0, 3}, false},
@@ -157,8 +156,7 @@ TEST(ServerEdition, FollowsFromTheVersion) {
       {{5, 1, 0, 3}, false},  {{11, 0, 0, 3}, false},     {{4, 0, 0, 3}, false},
   };
   for (const auto& [version, expected] : kCases) {
-    EXPECT_EQ(services::IsServerEdition(version), expected)
-        << version.major << '.' << version.minor;
+    EXPECT_EQ(wexpol::IsServerEdition(version), expected) << version.major << '.' << version.minor;
   }
 }
 

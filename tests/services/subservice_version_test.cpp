@@ -1,15 +1,15 @@
 // Versions of sub-services: documents, the installed backup clients, the copy in the registry.
 
-#include "platform/agent_registry.h"
-#include "platform/device_info.h"
 #include "tests/support/policy_test.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/device_info.h"
 
 namespace {
 
 constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 void Install(const wchar_t* entry, const wchar_t* name, const std::wstring& version,
-             platform::RegistryView view) {
+             wexpol::RegistryView view) {
   CRegistryVeyra key;
   ASSERT_TRUE(key.OpenForWriting(std::wstring(kUninstall) + entry, view));
   EXPECT_TRUE(key.SetTextValue(L"DisplayName", name));
@@ -74,7 +74,7 @@ TEST_F(PolicyTest, TimeSinceAVersion) {
 }
 
 TEST_F(PolicyTest, InstalledBackupClients) {
-  using platform::RegistryView;
+  using wexpol::RegistryView;
   CDeviceSubserviceVersion version;
   EXPECT_EQ(CDeviceSubserviceVersion::GetInstalledOnlineBackupVersion(), "");
   Install(L"{A}", L"Another Product", L"1.1", RegistryView::k64Bit);
@@ -102,20 +102,19 @@ TEST_F(PolicyTest, CopyOfAVersionInTheRegistry) {
   EXPECT_FALSE(read.ReadFromRegistry(L"V"));
   EXPECT_TRUE(version.WriteToRegistry(L"V"));
   unsigned char bytes[36];
-  EXPECT_TRUE(platform::ReadBinary(platform::AgentKey::kAgent, L"V", bytes, sizeof bytes));
+  EXPECT_TRUE(wexpol::ReadBinary(wexpol::AgentKey::kAgent, L"V", bytes, sizeof bytes));
   EXPECT_EQ(std::string(bytes, bytes + 4), std::string("\x09\0\0\0", 4));
   EXPECT_EQ(std::string(bytes + 28, bytes + 36), std::string("\xE8\x07\x05\x0B\x06\x0D\x14\0", 8));
   EXPECT_TRUE(read.ReadFromRegistry(L"V"));
   EXPECT_EQ(Json(read), Json(version));
   // Of a shorter value there is less to take; a longer one and one of another type are refused.
-  EXPECT_TRUE(platform::WriteBinary(platform::AgentKey::kAgent, L"V", "\x01\0\0\0\x02", 5));
+  EXPECT_TRUE(wexpol::WriteBinary(wexpol::AgentKey::kAgent, L"V", "\x01\0\0\0\x02", 5));
   EXPECT_TRUE(read.ReadFromRegistry(L"V"));
   EXPECT_EQ(read.subservice_id, 1);
   EXPECT_EQ(read.incremental, 123u);
-  EXPECT_TRUE(
-      platform::WriteBinary(platform::AgentKey::kAgent, L"V", std::string(37, 'x').data(), 37));
+  EXPECT_TRUE(wexpol::WriteBinary(wexpol::AgentKey::kAgent, L"V", std::string(37, 'x').data(), 37));
   EXPECT_FALSE(read.ReadFromRegistry(L"V"));
-  EXPECT_TRUE(platform::WriteText(platform::AgentKey::kAgent, L"V", L"x"));
+  EXPECT_TRUE(wexpol::WriteText(wexpol::AgentKey::kAgent, L"V", L"x"));
   EXPECT_FALSE(read.ReadFromRegistry(L"V"));
   EXPECT_EQ(read.subservice_id, 1);
 }

@@ -5,9 +5,9 @@
 #include <map>
 #include <string_view>
 
-#include "platform/files.h"
-#include "platform/testing.h"
-#include "platform/text.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/testing.h"
+#include "wexpol/platform/text.h"
 namespace {
 
 constexpr std::string_view kSwitch = "--child=";
@@ -26,8 +26,8 @@ ChildFunction::ChildFunction(const char* name, int (*function)(const Arguments&)
 ChildProcess::ChildProcess(const std::wstring& folder, const std::string& name,
                            const Arguments& arguments) {
   // Both shells take quotes as they are when the line does not begin with one.
-  std::string line = "cd . && \"" + platform::WideToUtf8(platform::ExecutablePath()) + "\" " +
-                     std::string(kSwitch) + name + " \"" + platform::WideToUtf8(folder) + '"';
+  std::string line = "cd . && \"" + wexpol::WideToUtf8(wexpol::ExecutablePath()) + "\" " +
+                     std::string(kSwitch) + name + " \"" + wexpol::WideToUtf8(folder) + '"';
   for (const std::string& argument : arguments) line += " \"" + argument + '"';
   exit_status_ = std::async(std::launch::async, [line] { return std::system(line.c_str()); });
 }
@@ -42,6 +42,6 @@ int RunAsChild(int argc, char** argv) {
     std::fprintf(stderr, "No child function: %s\n", argv[1]);
     return 1;
   }
-  platform::RedirectMachine(platform::Utf8ToWide(argv[2]));
+  wexpol::RedirectMachine(wexpol::Utf8ToWide(argv[2]));
   return found->second(Arguments(argv + 3, argv + argc));
 }

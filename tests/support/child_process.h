@@ -1,7 +1,7 @@
 // Second processes for tests: this program, started again to run one named function.
 
-#ifndef TESTS_SUPPORT_CHILD_PROCESS_H_
-#define TESTS_SUPPORT_CHILD_PROCESS_H_
+#ifndef WEXPOL_TESTS_SUPPORT_CHILD_PROCESS_H_
+#define WEXPOL_TESTS_SUPPORT_CHILD_PROCESS_H_
 
 #include <future>
 #include <string>
@@ -32,4 +32,4 @@ class ChildProcess {
 bool IsChild(int argc, char** argv);
 int RunAsChild(int argc, char** argv);
 
-#endif  // TESTS_SUPPORT_CHILD_PROCESS_H_
+#endif  // WEXPOL_TESTS_SUPPORT_CHILD_PROCESS_H_

@@ -2,15 +2,15 @@
 
 #include <cstdio>
 
-#include "platform/file_paths.h"
-#include "platform/text.h"
 #include "tools/provision/provision.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/text.h"
 
 PolicyTest::PolicyTest() {
   std::string error;
-  EXPECT_TRUE(provision::CreateDatabase(path(), error)) << error;
+  EXPECT_TRUE(wexpol::CreateDatabase(path(), error)) << error;
   db_ = std::make_unique<CPolicyDB>(kAccessCode, path().c_str(), kReadWrite, 2000);
-  handle_ = provision::OpenKeyed(path(), kReadWrite);
+  handle_ = wexpol::OpenKeyed(path(), kReadWrite);
   EXPECT_TRUE(db_->IsValidDB());
   Sql("PRAGMA synchronous = OFF");
 }

@@ -1,7 +1,7 @@
 // The fixture of the tests that need a database.
 
-#ifndef TESTS_SUPPORT_POLICY_TEST_H_
-#define TESTS_SUPPORT_POLICY_TEST_H_
+#ifndef WEXPOL_TESTS_SUPPORT_POLICY_TEST_H_
+#define WEXPOL_TESTS_SUPPORT_POLICY_TEST_H_
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "records/document.h"
 #include "tests/support/test_environment.h"
 #include "wexpol.h"
+#include "wexpol/records/document.h"
 
 // A fresh provisioned database at the installed location of a folder, registry and clock of its
 // own, with a session and a raw handle on it.
@@ -71,8 +71,8 @@ class RecordList {
 // Parses a JSON text into a record; false as ParseJson, or when the text is no JSON.
 template <typename Record>
 bool ParseText(Record& record, const std::string& json) {
-  records::Document document;
+  wexpol::Document document;
   return document.Parse(json.c_str()) && record.ParseJson(document.root());
 }
 
-#endif  // TESTS_SUPPORT_POLICY_TEST_H_
+#endif  // WEXPOL_TESTS_SUPPORT_POLICY_TEST_H_

@@ -7,15 +7,15 @@
 #include <iterator>
 #include <random>
 
-#include "platform/files.h"
-#include "platform/system_types.h"
-#include "platform/testing.h"
-#include "platform/text.h"
-#include "policydb/diagnostic_log.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/system_types.h"
+#include "wexpol/platform/testing.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/policydb/diagnostic_log.h"
 namespace {
 
 std::filesystem::path SystemPath(const std::wstring& path) {
-  const std::string utf8 = platform::WideToUtf8(path);
+  const std::string utf8 = wexpol::WideToUtf8(path);
   return std::u8string(utf8.begin(), utf8.end());
 }
 
@@ -26,7 +26,7 @@ std::wstring NewFolder() {
                         ("wexpol-" + std::to_string(random()) + std::to_string(random()));
     const std::u8string utf8 = folder.u8string();
     if (std::filesystem::create_directory(folder)) {
-      return platform::Utf8ToWide({reinterpret_cast<const char*>(utf8.data()), utf8.size()});
+      return wexpol::Utf8ToWide({reinterpret_cast<const char*>(utf8.data()), utf8.size()});
     }
   }
 }
@@ -40,33 +40,33 @@ void FakeClock::SetLocal(int year, int month, int day, int hour, int minute, int
                             narrow(day),    narrow(hour),       narrow(minute),
                             narrow(second), narrow(millisecond)};
   std::int64_t file_time = 0;
-  EXPECT_TRUE(platform::ToFileTime(local, &file_time));
+  EXPECT_TRUE(wexpol::ToFileTime(local, &file_time));
   utc_ = file_time - offset_;
 }
 
 void FakeClock::Advance(std::int64_t seconds) {
-  utc_ += seconds * platform::kFileTimePerSecond;
+  utc_ += seconds * wexpol::kFileTimePerSecond;
   ticks_ += static_cast<std::uint32_t>(seconds * 1000);
 }
 
 TestEnvironment::TestEnvironment() : folder_(NewFolder()) {
-  platform::RedirectMachine(folder_);
-  platform::SetClockForTesting(&clock_);
-  policydb::ResetLogForTesting();
+  wexpol::RedirectMachine(folder_);
+  wexpol::SetClockForTesting(&clock_);
+  wexpol::ResetLogForTesting();
 }
 
 TestEnvironment::~TestEnvironment() {
-  platform::DeleteRedirectedRegistry();
-  platform::RedirectMachine(L"");
-  platform::SetClockForTesting(nullptr);
-  policydb::ResetLogForTesting();
+  wexpol::DeleteRedirectedRegistry();
+  wexpol::RedirectMachine(L"");
+  wexpol::SetClockForTesting(nullptr);
+  wexpol::ResetLogForTesting();
   std::error_code error;
   std::filesystem::remove_all(SystemPath(folder_), error);
   EXPECT_FALSE(error) << "a file of the test is still open: " << error.message();
 }
 
 std::wstring TestEnvironment::PathOf(const wchar_t* name) const {
-  return platform::JoinPath(folder_, name);
+  return wexpol::JoinPath(folder_, name);
 }
 
 std::string ReadBytes(const std::wstring& path) {

@@ -1,25 +1,25 @@
 // What every test stands on: a folder of its own, a private registry, a clock that it sets.
 
-#ifndef TESTS_SUPPORT_TEST_ENVIRONMENT_H_
-#define TESTS_SUPPORT_TEST_ENVIRONMENT_H_
+#ifndef WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_
+#define WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_
 
 #include <cstdint>
 #include <string>
 
-#include "platform/clock.h"
+#include "wexpol/platform/clock.h"
 
 // Stands still until it is moved. Starts at noon of Wednesday, 13 March 2024; local time is UTC.
-class FakeClock : public platform::Clock {
+class FakeClock : public wexpol::Clock {
  public:
   FakeClock() { SetLocal(2024, 3, 13, 12); }
 
-  void SetUtc(std::int64_t seconds) { utc_ = platform::UnixToFileTime(seconds); }
+  void SetUtc(std::int64_t seconds) { utc_ = wexpol::UnixToFileTime(seconds); }
   void SetLocal(int year, int month, int day, int hour, int minute = 0, int second = 0,
                 int millisecond = 0);
   // Ticks go along.
   void Advance(std::int64_t seconds);
   // Seconds that local time is ahead of UTC.
-  void SetLocalOffset(std::int64_t seconds) { offset_ = seconds * platform::kFileTimePerSecond; }
+  void SetLocalOffset(std::int64_t seconds) { offset_ = seconds * wexpol::kFileTimePerSecond; }
   void SetTickCount(std::uint32_t ticks) { ticks_ = ticks; }
 
   std::int64_t UtcFileTime() const override { return utc_; }
@@ -57,4 +57,4 @@ class TestEnvironment {
 std::string ReadBytes(const std::wstring& path);
 void WriteBytes(const std::wstring& path, const std::string& bytes);
 
-#endif  // TESTS_SUPPORT_TEST_ENVIRONMENT_H_
+#endif  // WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_

@@ -8,11 +8,6 @@
 #include <iostream>
 #include <sstream>
 
-#include "platform/device_info.h"
-#include "platform/file_paths.h"
-#include "platform/files.h"
-#include "platform/text.h"
-#include "records/query.h"
 #include "tests/support/test_environment.h"
 #include "tools/provision/provision.h"
 #include "tools/wexpolctl/commands.h"
@@ -21,6 +16,11 @@
 #include "tools/wexpolctl/secrets.h"
 #include "tools/wexpolctl/tables.h"
 #include "wexpol.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/query.h"
 
 namespace {
 
@@ -101,7 +101,7 @@ class WexpolctlTest : public ::testing::Test {
     return wexpolctl::CountRows(Database(path()).handle(), table).value_or(-1);
   }
   void Sql(const std::string& statements) {
-    sqlite3* db = provision::OpenKeyed(path(), SQLITE_OPEN_READWRITE);
+    sqlite3* db = wexpol::OpenKeyed(path(), SQLITE_OPEN_READWRITE);
     EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
         << sqlite3_errmsg(db);
     sqlite3_close(db);
@@ -136,7 +136,7 @@ TEST_F(WexpolctlTest, InitMakesTheFileOnceAndReplacesItOnlyByForce) {
   const std::string elsewhere = Write("x", "") + ".folder/other.db";
   EXPECT_EQ(Run({"--db", elsewhere, "init"}).code, 0);
   EXPECT_EQ(Run({"--db", elsewhere, "tables"}).code, 0);
-  EXPECT_EQ(Run({"status", "--root", platform::WideToUtf8(environment_.folder())}).code, 0);
+  EXPECT_EQ(Run({"status", "--root", wexpol::WideToUtf8(environment_.folder())}).code, 0);
 }
 
 TEST_F(WexpolctlTest, SamplesFillEveryTableOfTheConsole) {
@@ -287,7 +287,7 @@ TEST_F(WexpolctlTest, SecretsAreNeverPrinted) {
   std::int64_t masked = 0;
   {
     Database database(path());
-    records::Statement columns(
+    wexpol::Statement columns(
         database.handle(),
         "SELECT t.name, c.name, c.type='TEXT' AND (c.name LIKE '%token%' OR c.name LIKE "
         "'%password%' OR c.name LIKE '%license%' OR c.name IN ('public_key', 'link')) FROM "
@@ -379,7 +379,7 @@ TEST_F(WexpolctlTest, BackupTakesTheFilesPlaceAndNothingIsLostOnTheWay) {
   Provision();
   EXPECT_EQ(RunLine("restore").code, 3) << "there is no backup yet";
   ASSERT_EQ(RunLine("backup").code, 0);
-  ASSERT_TRUE(platform::FileExists(backup()));
+  ASSERT_TRUE(wexpol::FileExists(backup()));
   Sql("DELETE FROM devices");
   WriteBytes(path() + L"-wal", "left by a killed process");
   ASSERT_EQ(RunLine("restore").code, 0);
@@ -408,9 +408,9 @@ TEST_F(WexpolctlTest, BackupTakesTheFilesPlaceAndNothingIsLostOnTheWay) {
   const std::string damaged = ReadBytes(path());
   EXPECT_EQ(RunLine("restore").code, 1);
   EXPECT_EQ(ReadBytes(path()), damaged);
-  platform::RemoveFile(path());
+  wexpol::RemoveFile(path());
   EXPECT_TRUE(Holds(RunLine("status").err, "restore"));
-  EXPECT_FALSE(platform::FileExists(path() + L".new"));
+  EXPECT_FALSE(wexpol::FileExists(path() + L".new"));
 }
 
 TEST_F(WexpolctlTest, DoctorTellsAnOldBackup) {

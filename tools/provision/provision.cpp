@@ -4,12 +4,12 @@
 
 #include <memory>
 
-#include "platform/files.h"
-#include "platform/text.h"
-#include "policydb/database_key.h"
 #include "tools/provision/schema.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/policydb/database_key.h"
 
-namespace provision {
+namespace wexpol {
 namespace {
 
 using Handle = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
@@ -32,23 +32,23 @@ bool CreateTables(const std::wstring& path, std::string& error) {
 
 sqlite3* OpenKeyed(const std::wstring& path, int flags) {
   sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(platform::WideToUtf8(path).c_str(), &opened, flags, nullptr);
+  const int code = sqlite3_open_v2(WideToUtf8(path).c_str(), &opened, flags, nullptr);
   Handle db(opened, sqlite3_close);
   if (code != SQLITE_OK) return nullptr;
-  policydb::ApplyDatabaseKey(opened);
+  ApplyDatabaseKey(opened);
   return db.release();
 }
 
 bool CreateDatabase(const std::wstring& path, std::string& error) {
-  if (platform::FileExists(path)) {
+  if (FileExists(path)) {
     error = "there already is a file";
     return false;
   }
   if (CreateTables(path, error)) return true;
   for (const wchar_t* suffix : {L"", L"-wal", L"-shm", L"-journal"}) {
-    platform::RemoveFile(path + suffix);
+    RemoveFile(path + suffix);
   }
   return false;
 }
 
-}  // namespace provision
+}  // namespace wexpol

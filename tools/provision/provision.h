@@ -1,13 +1,13 @@
 // Makes the encrypted database file, which the library itself never does.
 
-#ifndef PROVISION_PROVISION_H_
-#define PROVISION_PROVISION_H_
+#ifndef WEXPOL_PROVISION_PROVISION_H_
+#define WEXPOL_PROVISION_PROVISION_H_
 
 #include <string>
 
 struct sqlite3;
 
-namespace provision {
+namespace wexpol {
 
 // Creates the database at `path` with all its tables, empty, in WAL mode: readers are not held up
 // by a synchronisation. False, with the reason in `error` and no file left behind, when there
@@ -18,6 +18,6 @@ bool CreateDatabase(const std::wstring& path, std::string& error);
 // it cannot be opened. `flags` are those of sqlite3_open_v2. To be closed with sqlite3_close.
 sqlite3* OpenKeyed(const std::wstring& path, int flags);
 
-}  // namespace provision
+}  // namespace wexpol
 
-#endif  // PROVISION_PROVISION_H_
+#endif  // WEXPOL_PROVISION_PROVISION_H_

@@ -1,12 +1,12 @@
 // The SQL that makes the tables.
 
-#ifndef PROVISION_SCHEMA_H_
-#define PROVISION_SCHEMA_H_
+#ifndef WEXPOL_PROVISION_SCHEMA_H_
+#define WEXPOL_PROVISION_SCHEMA_H_
 
-namespace provision {
+namespace wexpol {
 
 extern const char kSchema[];
 
-}  // namespace provision
+}  // namespace wexpol
 
-#endif  // PROVISION_SCHEMA_H_
+#endif  // WEXPOL_PROVISION_SCHEMA_H_

@@ -1,26 +1,26 @@
 // wexpolctl alerts: every alert event type with the state it is in. No timer is started.
 
-#include "alerts/alert_check.h"
-#include "alerts/alert_event_type.h"
-#include "alerts/check_timers.h"
-#include "alerts/units.h"
-#include "records/query.h"
-#include "records/synchronise.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/alerts/alert_check.h"
+#include "wexpol/alerts/alert_event_type.h"
+#include "wexpol/alerts/check_timers.h"
+#include "wexpol/alerts/units.h"
+#include "wexpol/records/query.h"
+#include "wexpol/records/synchronise.h"
 
 namespace wexpolctl {
 namespace {
 
 void AddType(sqlite3* db, const CAlertEventType& type, Listing& listing) {
-  const auto buffered = records::QueryInt(
+  const auto buffered = wexpol::QueryInt(
       db, "SELECT count(*) FROM alert_logs_buffer WHERE alert_event_type_id=?", type.id);
   const auto pending =
-      records::QueryInt(db, "SELECT count(*) FROM alert_logs WHERE alert_event_type_id=?", type.id);
+      wexpol::QueryInt(db, "SELECT count(*) FROM alert_logs WHERE alert_event_type_id=?", type.id);
   CAlertCheck check;
   const bool running = check.GetRecord(db, type.id);
-  const auto period = alerts::CheckPeriod(type);
-  const std::int64_t suppression = alerts::MinutesToSeconds(type.suppression_duration);
+  const auto period = wexpol::CheckPeriod(type);
+  const std::int64_t suppression = wexpol::MinutesToSeconds(type.suppression_duration);
   const bool suppressed =
       running && type.suppression_duration >= 1 && check.Suppresses(suppression);
   listing.Add({Number(type.id), Text(type.name.view()), Flag(type.enabled),
@@ -31,13 +31,13 @@ void AddType(sqlite3* db, const CAlertEventType& type, Listing& listing) {
 
 ExitCode Alerts(Call& call) {
   Database database(call.database);
-  const records::ReadScope scope(database.handle());
+  const wexpol::ReadScope scope(database.handle());
   Listing& listing = call.report.AddListing(
       "types",
       {"id", "name", "enabled", "buffered", "pending", "next check in", "suppressed until"});
   CAlertEventType type;
   std::string error;
-  records::ListStatement select(database.handle(), CAlertEventType::Table(), nullptr, 0);
+  wexpol::ListStatement select(database.handle(), CAlertEventType::Table(), nullptr, 0);
   while (select.Row()) {
     type.CopyFromDB(select.get());
     AddType(database.handle(), type, listing);

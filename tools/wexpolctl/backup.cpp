@@ -2,13 +2,13 @@
 
 #include <memory>
 
-#include "platform/files.h"
-#include "platform/text.h"
 #include "tools/provision/provision.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/files.h"
 #include "tools/wexpolctl/restore.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -17,7 +17,7 @@ using Handle = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
 
 // A consistent copy, also while other processes write. Empty, or what went wrong.
 std::string CopyDatabase(sqlite3* from, const std::wstring& to) {
-  const Handle copy(provision::OpenKeyed(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE),
+  const Handle copy(wexpol::OpenKeyed(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE),
                     sqlite3_close);
   if (!copy) return "the file cannot be made";
   sqlite3_backup* backup = sqlite3_backup_init(copy.get(), "main", from, "main");
@@ -36,18 +36,18 @@ ExitCode Backup(Call& call) {
   const std::wstring to = PathOr(call.options, "--to", BackupPathOf(call.database));
   Database database(call.database);
   const std::wstring copy = to + L".new";
-  platform::RemoveFile(copy);
+  wexpol::RemoveFile(copy);
   std::string problem = CopyDatabase(database.handle(), copy);
   if (problem.empty() && !MoveDatabase(copy, to)) problem = "the former backup cannot be replaced";
   if (!problem.empty()) {
-    platform::RemoveFile(copy);
+    wexpol::RemoveFile(copy);
     RemoveSideFiles(copy);
     throw Failure{kFinding, "No backup was made: " + problem + ".",
                   "A former backup is as it was; see 'wexpolctl check'."};
   }
   call.report.Add("database", Text(call.database));
   call.report.Add("backup", Text(to));
-  call.report.Add("size", Size(platform::FileSize(to).value_or(0)));
+  call.report.Add("size", Size(wexpol::FileSize(to).value_or(0)));
   return kDone;
 }
 
@@ -63,14 +63,14 @@ ExitCode Restore(Call& call) {
 }  // namespace
 
 std::wstring RestoreDatabase(const std::wstring& database, const std::wstring& backup) {
-  const std::string shown = platform::WideToUtf8(backup);
-  if (!platform::FileExists(backup)) {
+  const std::string shown = wexpol::WideToUtf8(backup);
+  if (!wexpol::FileExists(backup)) {
     throw Failure{kCannotOpen, "There is no backup at " + shown + ".",
                   "Name another file with --from, or start anew with 'wexpolctl init'."};
   }
   // Looked at as a copy, so that the backup itself stays untouched.
   const std::wstring copy = database + L".new";
-  if (!platform::CopyFileOver(backup, copy)) {
+  if (!wexpol::CopyFileOver(backup, copy)) {
     throw Failure{kCannotOpen, shown + " cannot be copied beside the database.",
                   "Check the space on the disk and whether this user may write there."};
   }
@@ -79,16 +79,16 @@ std::wstring RestoreDatabase(const std::wstring& database, const std::wstring& b
       throw Failure{kFinding, "", ""};
     }
   } catch (const Failure&) {
-    platform::RemoveFile(copy);
+    wexpol::RemoveFile(copy);
     RemoveSideFiles(copy);
     throw Failure{kFinding, "The backup " + shown + " is damaged; the database is as it was.",
                   "Name another backup with --from, or start anew with 'wexpolctl init --force'."};
   }
-  const bool existed = platform::FileExists(database);
+  const bool existed = wexpol::FileExists(database);
   const std::wstring aside = database + L".replaced";
   if ((existed && !MoveDatabase(database, aside)) || !MoveDatabase(copy, database)) {
-    platform::RemoveFile(copy);
-    throw Failure{kFinding, platform::WideToUtf8(database) + " cannot be replaced.",
+    wexpol::RemoveFile(copy);
+    throw Failure{kFinding, wexpol::WideToUtf8(database) + " cannot be replaced.",
                   "Stop the processes that have it open first."};
   }
   return existed ? aside : std::wstring();

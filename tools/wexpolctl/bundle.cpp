@@ -5,10 +5,10 @@
 #include <sstream>
 #include <system_error>
 
-#include "platform/file_paths.h"
-#include "platform/text.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -49,7 +49,7 @@ ExitCode Bundle(Call& call) {
   const auto write = [&](const std::string& name, const std::string& text) {
     const std::wstring path = FromPath(ToPath(folder) / name);
     if (!WriteFile(path, text)) {
-      throw Failure{kCannotOpen, platform::WideToUtf8(path) + " cannot be written.",
+      throw Failure{kCannotOpen, wexpol::WideToUtf8(path) + " cannot be written.",
                     "Name a folder that this user may write to."};
     }
     listing.Add({Text(path)});

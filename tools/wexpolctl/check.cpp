@@ -1,8 +1,8 @@
 // wexpolctl check: whether the whole file can be read and is well formed.
 
-#include "platform/text.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {

@@ -1,7 +1,7 @@
 // A command of the tool: how it is told, what it is given, how it fails.
 
-#ifndef WEXPOLCTL_COMMAND_H_
-#define WEXPOLCTL_COMMAND_H_
+#ifndef WEXPOL_WEXPOLCTL_COMMAND_H_
+#define WEXPOL_WEXPOLCTL_COMMAND_H_
 
 #include <cstdint>
 #include <map>
@@ -74,4 +74,4 @@ struct Command {
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_COMMAND_H_
+#endif  // WEXPOL_WEXPOLCTL_COMMAND_H_

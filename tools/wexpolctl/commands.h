@@ -1,7 +1,7 @@
 // The commands of the tool, each in a file of its own.
 
-#ifndef WEXPOLCTL_COMMANDS_H_
-#define WEXPOLCTL_COMMANDS_H_
+#ifndef WEXPOL_WEXPOLCTL_COMMANDS_H_
+#define WEXPOL_WEXPOLCTL_COMMANDS_H_
 
 #include "tools/wexpolctl/command.h"
 
@@ -60,4 +60,4 @@ inline constexpr Command (*kCommands[])() = {
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_COMMANDS_H_
+#endif  // WEXPOL_WEXPOLCTL_COMMANDS_H_

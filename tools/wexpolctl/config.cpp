@@ -2,10 +2,10 @@
 
 #include <limits>
 
-#include "records/query.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/secrets.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
@@ -21,7 +21,7 @@ ExitCode Get(Call& call) {
   const std::string key = call.options.Text("KEY");
   auto service = call.options.Number("--service");
   if (!service) {
-    const auto any = records::QueryInt(
+    const auto any = wexpol::QueryInt(
         database.handle(), "SELECT service_id FROM service_configurations WHERE key=?", key);
     if (any) service = *any;
   }
@@ -45,7 +45,7 @@ ExitCode Get(Call& call) {
 ExitCode ListAll(Call& call) {
   Database database(call.database);
   Listing& services = call.report.AddListing("services", {"service", "key", "value"});
-  records::Statement named(
+  wexpol::Statement named(
       database.handle(),
       "SELECT service_id, key, value FROM service_configurations ORDER BY service_id, key");
   while (named.Row()) {
@@ -54,8 +54,8 @@ ExitCode ListAll(Call& call) {
                   ValueOf(key, named.Text(2))});
   }
   Listing& global = call.report.AddListing("global", {"number", "value"});
-  records::Statement numbered(database.handle(),
-                              "SELECT id, value FROM global_configurations ORDER BY id");
+  wexpol::Statement numbered(database.handle(),
+                             "SELECT id, value FROM global_configurations ORDER BY id");
   while (numbered.Row()) {
     global.Add({Number(numbered.Int(0)), ValueOf({}, numbered.Text(1))});
   }

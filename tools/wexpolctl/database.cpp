@@ -1,12 +1,12 @@
 #include "tools/wexpolctl/database.h"
 
-#include "platform/device_info.h"
-#include "platform/files.h"
-#include "platform/text.h"
-#include "policydb/connection.h"
-#include "records/query.h"
 #include "tools/wexpolctl/command.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/policydb/connection.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
@@ -14,23 +14,23 @@ namespace {
 constexpr char kAccessCode[] = "60718";
 constexpr int kBusyTimeoutMs = 5000;
 
-std::vector<std::string> Names(records::Statement& select, int column) {
+std::vector<std::string> Names(wexpol::Statement& select, int column) {
   std::vector<std::string> names;
   while (select.Row()) names.emplace_back(select.Text(column));
   return names;
 }
 
 const std::wstring& Existing(const std::wstring& path) {
-  if (platform::FileExists(path)) return path;
-  const bool has_backup = platform::FileExists(BackupPathOf(path));
+  if (wexpol::FileExists(path)) return path;
+  const bool has_backup = wexpol::FileExists(BackupPathOf(path));
   throw LostFile{
-      {kCannotOpen, "There is no database at " + platform::WideToUtf8(path) + ".",
+      {kCannotOpen, "There is no database at " + wexpol::WideToUtf8(path) + ".",
        has_backup ? "Take the backup with 'wexpolctl restore'."
                   : "Make an empty one with 'wexpolctl init', or name another file with --db."}};
 }
 
 [[noreturn]] void ThrowUnreadable(const std::wstring& path, int code) {
-  const std::string file = platform::WideToUtf8(path);
+  const std::string file = wexpol::WideToUtf8(path);
   if (code == SQLITE_BUSY || code == SQLITE_LOCKED) {
     throw Failure{kCannotOpen, "Another process keeps " + file + " locked.",
                   "Try again, or stop the agent's processes first."};
@@ -49,23 +49,22 @@ Database::Database(const std::wstring& path)
     : session_(kAccessCode, Existing(path).c_str(), SQLITE_OPEN_READWRITE, kBusyTimeoutMs) {
   if (!handle()) ThrowUnreadable(path, SQLITE_CANTOPEN);
   // Only the first read shows whether the key fits.
-  const int code = records::Statement(handle(), "SELECT count(*) FROM sqlite_schema").Step();
+  const int code = wexpol::Statement(handle(), "SELECT count(*) FROM sqlite_schema").Step();
   if (code != SQLITE_ROW) ThrowUnreadable(path, code);
 }
 
-sqlite3* Database::handle() const { return policydb::HandleOf(session_); }
+sqlite3* Database::handle() const { return wexpol::HandleOf(session_); }
 
 std::vector<std::string> TableNames(sqlite3* db, bool views) {
-  records::Statement select(
-      db,
-      "SELECT name FROM sqlite_schema WHERE name NOT LIKE 'sqlite\\_%' ESCAPE "
-      "'\\' AND (type='table' OR (type='view' AND ?)) ORDER BY name",
-      views);
+  wexpol::Statement select(db,
+                           "SELECT name FROM sqlite_schema WHERE name NOT LIKE 'sqlite\\_%' ESCAPE "
+                           "'\\' AND (type='table' OR (type='view' AND ?)) ORDER BY name",
+                           views);
   return Names(select, 0);
 }
 
 std::vector<std::string> ColumnNames(sqlite3* db, const std::string& table) {
-  records::Statement select(db, "SELECT name FROM pragma_table_info(?)", table);
+  wexpol::Statement select(db, "SELECT name FROM pragma_table_info(?)", table);
   return Names(select, 0);
 }
 
@@ -76,7 +75,7 @@ std::string Quoted(const std::string& identifier) {
 }
 
 std::optional<std::int64_t> CountRows(sqlite3* db, const std::string& table) {
-  auto select = records::Statement::Composed(db, "SELECT count(*) FROM " + Quoted(table));
+  auto select = wexpol::Statement::Composed(db, "SELECT count(*) FROM " + Quoted(table));
   if (!select.Row()) return std::nullopt;
   return select.Int64(0);
 }
@@ -84,11 +83,11 @@ std::optional<std::int64_t> CountRows(sqlite3* db, const std::string& table) {
 std::optional<long> LocalDeviceId(sqlite3* db) {
   long id;
   if (CDeviceInfo::GetDeviceID(&id)) return id;
-  return records::QueryInt(db, "SELECT id FROM devices WHERE token IS NOT NULL");
+  return wexpol::QueryInt(db, "SELECT id FROM devices WHERE token IS NOT NULL");
 }
 
 std::vector<std::string> IntegrityFindings(sqlite3* db) {
-  records::Statement check(db, "PRAGMA integrity_check(20)");
+  wexpol::Statement check(db, "PRAGMA integrity_check(20)");
   std::vector<std::string> findings;
   int code;
   while ((code = check.Step()) == SQLITE_ROW) findings.emplace_back(check.Text(0));

@@ -1,7 +1,7 @@
 // The database file, opened for a command.
 
-#ifndef WEXPOLCTL_DATABASE_H_
-#define WEXPOLCTL_DATABASE_H_
+#ifndef WEXPOL_WEXPOLCTL_DATABASE_H_
+#define WEXPOL_WEXPOLCTL_DATABASE_H_
 
 #include <sqlite3.h>
 
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "policydb/policy_db.h"
+#include "wexpol/policydb/policy_db.h"
 
 namespace wexpolctl {
 
@@ -45,4 +45,4 @@ std::vector<std::string> IntegrityFindings(sqlite3* db);
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_DATABASE_H_
+#endif  // WEXPOL_WEXPOLCTL_DATABASE_H_

@@ -2,17 +2,17 @@
 
 #include <functional>
 
-#include "devicecare/brand.h"
-#include "identity/device.h"
-#include "platform/agent_registry.h"
-#include "platform/file_paths.h"
-#include "platform/files.h"
-#include "platform/text.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/files.h"
 #include "tools/wexpolctl/restore.h"
 #include "tools/wexpolctl/tables.h"
+#include "wexpol/devicecare/brand.h"
+#include "wexpol/identity/device.h"
+#include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -58,18 +58,18 @@ class Examination {
   }
 
   void LookAtSideFiles() {
-    if (platform::FileExists(path_ + L"-journal")) {
+    if (wexpol::FileExists(path_ + L"-journal")) {
       return Note("side files", "a rollback journal lies beside the file",
                   "stop the agent, then open the file once: wexpolctl check");
     }
-    const auto log = platform::FileSize(path_ + L"-wal");
+    const auto log = wexpol::FileSize(path_ + L"-wal");
     Note("side files", log ? "in use: write-ahead log of " + Size(*log).text : "none");
   }
 
   void LookAtFile() {
     try {
       Database database(path_);
-      Note("file and key", platform::WideToUtf8(path_) + ", readable");
+      Note("file and key", wexpol::WideToUtf8(path_) + ", readable");
       const auto findings = IntegrityFindings(database.handle());
       file_is_bad_ = !findings.empty();
       if (file_is_bad_) return Note("integrity", findings.front(), "wexpolctl doctor --repair");
@@ -78,7 +78,7 @@ class Examination {
       LookAtIdentity(database.handle());
     } catch (const LostFile& failure) {
       file_is_bad_ = true;
-      const bool can_repair = platform::FileExists(BackupPathOf(path_));
+      const bool can_repair = wexpol::FileExists(BackupPathOf(path_));
       Note("file and key", failure.problem,
            can_repair ? "wexpolctl doctor --repair" : "wexpolctl init --force, then sync");
     } catch (const Failure& failure) {
@@ -119,28 +119,27 @@ class Examination {
   }
 
   void LookAtBrand() {
-    const auto brand = devicecare::ReadBrandInfo();
+    const auto brand = wexpol::ReadBrandInfo();
     if (!brand) return Note("brand", "the shared block cannot be had", "restart the agent");
-    Note("brand", "id " + std::to_string(brand->brand_id) + ", " +
-                      platform::WideToUtf8(brand->product_name));
+    Note("brand",
+         "id " + std::to_string(brand->brand_id) + ", " + wexpol::WideToUtf8(brand->product_name));
   }
 
   void LookAtLog() {
     const std::wstring path = CFilePaths::GetLocationLogFile();
-    if (!platform::OpenForAppend(path)) {
-      return Note("log", platform::WideToUtf8(path) + " cannot be written",
+    if (!wexpol::OpenForAppend(path)) {
+      return Note("log", wexpol::WideToUtf8(path) + " cannot be written",
                   "check the rights of the folder");
     }
-    Note("log",
-         platform::WideToUtf8(path) + ", " + Size(platform::FileSize(path).value_or(0)).text);
+    Note("log", wexpol::WideToUtf8(path) + ", " + Size(wexpol::FileSize(path).value_or(0)).text);
   }
 
   void LookAtRegistry() {
-    const std::wstring path = platform::AgentKeyPath();
+    const std::wstring path = wexpol::AgentKeyPath();
     CRegistryVeyra key;
-    const bool open = key.Open(path, platform::RegistryAccess::kQuery,
-                               platform::RegistryView::k32Bit) == platform::RegistryStatus::kOk;
-    Note("registry", platform::WideToUtf8(path) + (open ? "" : " is missing"),
+    const bool open = key.Open(path, wexpol::RegistryAccess::kQuery,
+                               wexpol::RegistryView::k32Bit) == wexpol::RegistryStatus::kOk;
+    Note("registry", wexpol::WideToUtf8(path) + (open ? "" : " is missing"),
          open ? "" : "the agent is not installed here; see --root for a folder of its own");
   }
 

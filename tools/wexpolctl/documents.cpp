@@ -12,10 +12,10 @@
 #include <set>
 #include <system_error>
 
-#include "platform/text.h"
-#include "records/document.h"
 #include "tools/wexpolctl/command.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/document.h"
 
 namespace wexpolctl {
 namespace {
@@ -76,7 +76,7 @@ class Collector {
   // A single table that is named has the last word; else the file's own name.
   const SyncTable* TableOf(const fs::path& path) const {
     if (tables_.size() == 1 && fs::exists(path)) return *tables_.begin();
-    return FindSyncTable(platform::WideToUtf8(FromPath(path.stem())));
+    return FindSyncTable(wexpol::WideToUtf8(FromPath(path.stem())));
   }
 
   void AddFolder(const fs::path& folder) {
@@ -85,9 +85,9 @@ class Collector {
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
       const fs::path& path = entry->path();
       if (path.extension() != ".json") continue;
-      const SyncTable* table = FindSyncTable(platform::WideToUtf8(FromPath(path.stem())));
+      const SyncTable* table = FindSyncTable(wexpol::WideToUtf8(FromPath(path.stem())));
       if (!table) {
-        skipped_.push_back(platform::WideToUtf8(FromPath(path.filename())));
+        skipped_.push_back(wexpol::WideToUtf8(FromPath(path.filename())));
       } else if (tables_.empty() || tables_.contains(table)) {
         AddFile(table, FromPath(path));
       }
@@ -100,10 +100,10 @@ class Collector {
   void AddFile(const SyncTable* table, const std::wstring& path) {
     std::optional<std::string> text = ReadFile(path);
     if (!text) {
-      throw Failure{kCannotOpen, "The document " + platform::WideToUtf8(path) + " cannot be read.",
+      throw Failure{kCannotOpen, "The document " + wexpol::WideToUtf8(path) + " cannot be read.",
                     "Check the path and whether this user may read the file."};
     }
-    documents_.push_back({table, platform::WideToUtf8(path), std::move(*text)});
+    documents_.push_back({table, wexpol::WideToUtf8(path), std::move(*text)});
   }
 
   void AddStandardInput() {
@@ -129,14 +129,14 @@ std::string PlaceOf(const std::string& text, std::size_t offset) {
 }
 
 // What is wrong with a required key; empty when that is not it.
-std::string FaultOfKeys(const records::RecordClass& record_class, const rapidjson::Value& value) {
+std::string FaultOfKeys(const wexpol::RecordClass& record_class, const rapidjson::Value& value) {
   const std::unique_ptr<void, void (*)(void*)> record(record_class.create(), record_class.destroy);
-  for (const records::ColumnDef& column : record_class.table().columns()) {
+  for (const wexpol::ColumnDef& column : record_class.table().columns()) {
     const std::string key(column.name);
     const auto member = value.FindMember(key.c_str());
     if (member == value.MemberEnd()) {
-      if (column.flags & records::kRequired) return "the key \"" + key + "\" is missing";
-    } else if (column.flags & (records::kRequired | records::kWellFormed)) {
+      if (column.flags & wexpol::kRequired) return "the key \"" + key + "\" is missing";
+    } else if (column.flags & (wexpol::kRequired | wexpol::kWellFormed)) {
       if (!column.codec->parse(member->value, column.field(record_class.row(record.get())))) {
         return "the value of \"" + key + "\" is not of its type";
       }
@@ -147,7 +147,7 @@ std::string FaultOfKeys(const records::RecordClass& record_class, const rapidjso
 
 // The message out of an error object.
 std::string DescriptionOf(const std::string& error_object) {
-  records::Document object;
+  wexpol::Document object;
   if (!object.Parse(error_object.c_str()) || !object.root().IsObject()) return error_object;
   const auto member = object.root().FindMember("desc");
   if (member == object.root().MemberEnd() || !member->value.IsString()) return error_object;
@@ -174,10 +174,10 @@ std::vector<SyncDocument> CollectDocuments(const std::vector<std::string>& argum
 Refusal ExplainRefusal(const SyncDocument& document, std::int64_t stored,
                        const std::string& error_object) {
   if (document.text.find('\0') != std::string::npos) return {0, "The document holds a zero byte."};
-  records::Document parsed;
+  wexpol::Document parsed;
   if (!parsed.Parse(document.text.c_str())) return {0, FaultOfText(document.text)};
-  records::Records found;
-  if (!records::FindRecords(document.table->record_class->table(), parsed.root(), found)) {
+  wexpol::Records found;
+  if (!wexpol::FindRecords(document.table->record_class->table(), parsed.root(), found)) {
     return {0, "It holds neither a record nor an array of records."};
   }
   if (stored >= static_cast<std::int64_t>(found.count)) return {0, DescriptionOf(error_object)};

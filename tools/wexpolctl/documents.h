@@ -1,7 +1,7 @@
 // The console's documents as files, and why one is refused.
 
-#ifndef WEXPOLCTL_DOCUMENTS_H_
-#define WEXPOLCTL_DOCUMENTS_H_
+#ifndef WEXPOL_WEXPOLCTL_DOCUMENTS_H_
+#define WEXPOL_WEXPOLCTL_DOCUMENTS_H_
 
 #include <cstdint>
 #include <string>
@@ -34,4 +34,4 @@ Refusal ExplainRefusal(const SyncDocument& document, std::int64_t stored,
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_DOCUMENTS_H_
+#endif  // WEXPOL_WEXPOLCTL_DOCUMENTS_H_

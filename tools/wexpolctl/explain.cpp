@@ -3,11 +3,11 @@
 #include <array>
 #include <charconv>
 
-#include "appcontrol/app_control_info.h"
-#include "identity/login.h"
-#include "records/query.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/appcontrol/app_control_info.h"
+#include "wexpol/identity/login.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
@@ -104,7 +104,7 @@ ExitCode Explain(Call& call) {
   const Program program = ProgramOf(call.options);
   Database database(call.database);
   sqlite3* db = database.handle();
-  const records::ReadScope scope(db);
+  const wexpol::ReadScope scope(db);
 
   Steps info;
   info.login_id = static_cast<std::int32_t>(call.options.Number("--login").value_or(-1));
@@ -119,9 +119,8 @@ ExitCode Explain(Call& call) {
   report.Add("decision", Text(walk.Decide(info, program)));
   report.Add("agent would learn the digest", Flag(walk.WouldLearn(program)));
   if (info.app_id >= 0) {
-    report.Add(
-        "app",
-        Text(records::QueryText(db, "SELECT name FROM apps WHERE id=?", info.app_id).view()));
+    report.Add("app",
+               Text(wexpol::QueryText(db, "SELECT name FROM apps WHERE id=?", info.app_id).view()));
   }
   return kDone;
 }

@@ -7,8 +7,8 @@
 #include <iterator>
 #include <system_error>
 
-#include "platform/clock.h"
-#include "platform/text.h"
+#include "wexpol/platform/clock.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -27,11 +27,11 @@ bool Rename(const std::wstring& from, const std::wstring& to) {
 
 }  // namespace
 
-fs::path ToPath(const std::wstring& path) { return FromUtf8(platform::WideToUtf8(path)); }
+fs::path ToPath(const std::wstring& path) { return FromUtf8(wexpol::WideToUtf8(path)); }
 
 std::wstring FromPath(const fs::path& path) {
   const std::u8string utf8 = path.u8string();
-  return platform::Utf8ToWide(std::string(utf8.begin(), utf8.end()));
+  return wexpol::Utf8ToWide(std::string(utf8.begin(), utf8.end()));
 }
 
 std::wstring AbsolutePath(const std::string& utf8) {
@@ -51,7 +51,7 @@ std::optional<std::int64_t> AgeOf(const std::wstring& path) {
   if (error) return std::nullopt;
   const auto since_1970 = std::chrono::file_clock::to_sys(written).time_since_epoch();
   const std::int64_t seconds = std::chrono::duration_cast<std::chrono::seconds>(since_1970).count();
-  return std::max<std::int64_t>(0, platform::NowUtc() - seconds);
+  return std::max<std::int64_t>(0, wexpol::NowUtc() - seconds);
 }
 
 std::optional<std::string> ReadFile(const std::wstring& path) {

@@ -1,7 +1,7 @@
 // Files as the tool handles them: by the wide paths of the library.
 
-#ifndef WEXPOLCTL_FILES_H_
-#define WEXPOLCTL_FILES_H_
+#ifndef WEXPOL_WEXPOLCTL_FILES_H_
+#define WEXPOL_WEXPOLCTL_FILES_H_
 
 #include <cstdint>
 #include <filesystem>
@@ -33,4 +33,4 @@ bool MoveDatabase(const std::wstring& from, const std::wstring& to);
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_FILES_H_
+#endif  // WEXPOL_WEXPOLCTL_FILES_H_

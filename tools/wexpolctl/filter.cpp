@@ -1,9 +1,9 @@
 // wexpolctl filter: what the web filter knows of categories.
 
-#include "platform/text.h"
-#include "records/query.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
@@ -15,11 +15,11 @@ ExitCode CheckCategories(Call& call) {
   Listing& listing = call.report.AddListing(
       "categories", {"category", "id", "movies or tv", "pornography", "client caches"});
   for (const std::string& name : call.options.Texts("NAME")) {
-    records::Statement select(database.handle(),
-                              "SELECT id, client_should_cache FROM categories WHERE name=?", name);
+    wexpol::Statement select(database.handle(),
+                             "SELECT id, client_should_cache FROM categories WHERE name=?", name);
     const bool known = select.Row();
     if (!known) unknown += (unknown.empty() ? "'" : ", '") + name + "'";
-    const std::set<std::wstring> names = {platform::Utf8ToWide(name)};
+    const std::set<std::wstring> names = {wexpol::Utf8ToWide(name)};
     listing.Add({Text(name), known ? Number(select.Int(0)) : Nothing(),
                  Flag(session.AnyMoviesAndTvCategories(names)),
                  Flag(session.IsPornCategoryPresent(names)),

@@ -1,11 +1,11 @@
 // wexpolctl identity: which device this computer is, and how it would authenticate.
 
-#include "identity/auth_info.h"
-#include "identity/device.h"
-#include "identity/machine_id.h"
-#include "platform/device_info.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/identity/auth_info.h"
+#include "wexpol/identity/device.h"
+#include "wexpol/identity/machine_id.h"
+#include "wexpol/platform/device_info.h"
 
 namespace wexpolctl {
 namespace {
@@ -33,7 +33,7 @@ void ReportRow(const CDevice& device, Report& report) {
 }
 
 void ReportMachineId(const std::string& of_row, Report& report) {
-  const Words here(identity::MachineId());
+  const Words here(wexpol::MachineId());
   const Words row(of_row);
   report.Add("installation word", here.installation.empty() ? Nothing() : Text(here.installation));
   report.Add("installation word agrees", Agrees(here.installation, row.installation));

@@ -3,19 +3,19 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/files.h"
-#include "platform/text.h"
 #include "tools/provision/provision.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
 
 ExitCode Init(Call& call) {
-  const std::string shown = platform::WideToUtf8(call.database);
-  if (platform::FileExists(call.database) && !call.options.Has("--force")) {
+  const std::string shown = wexpol::WideToUtf8(call.database);
+  if (wexpol::FileExists(call.database) && !call.options.Has("--force")) {
     throw Failure{
         kFinding, "There already is a database at " + shown + ".",
         "Look at it with 'wexpolctl status', or replace it, losing its rows, with --force."};
@@ -25,14 +25,14 @@ ExitCode Init(Call& call) {
 
   // Made beside its place, so that a file that was there is lost only to a complete one.
   const std::wstring made = call.database + L".new";
-  platform::RemoveFile(made);
+  wexpol::RemoveFile(made);
   std::string error;
-  if (!provision::CreateDatabase(made, error)) {
+  if (!wexpol::CreateDatabase(made, error)) {
     throw Failure{kCannotOpen, shown + " cannot be made: " + error + ".",
                   "Check the path and whether this user may write there."};
   }
   if (!MoveDatabase(made, call.database)) {
-    platform::RemoveFile(made);
+    wexpol::RemoveFile(made);
     throw Failure{kFinding, shown + " cannot be replaced.",
                   "Stop the processes that have it open first."};
   }

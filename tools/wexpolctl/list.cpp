@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "records/codec.h"
-#include "records/statement.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/secrets.h"
+#include "wexpol/records/codec.h"
+#include "wexpol/records/statement.h"
 
 namespace wexpolctl {
 namespace {
@@ -49,8 +49,8 @@ Cell CellOf(sqlite3_stmt* row, int column) {
       return Number(sqlite3_column_int64(row, column));
     case SQLITE_BLOB: {
       std::string digits;
-      records::WriteHex(static_cast<const std::uint8_t*>(sqlite3_column_blob(row, column)),
-                        static_cast<std::size_t>(sqlite3_column_bytes(row, column)), digits);
+      wexpol::WriteHex(static_cast<const std::uint8_t*>(sqlite3_column_blob(row, column)),
+                       static_cast<std::size_t>(sqlite3_column_bytes(row, column)), digits);
       digits.erase(std::remove(digits.begin(), digits.end(), '"'), digits.end());
       return Text(digits);
     }
@@ -84,7 +84,7 @@ ExitCode List(Call& call) {
   for (const std::string& text : call.options.Texts("--where")) {
     AddCondition(text, columns, condition, values);
   }
-  auto select = records::Statement::Composed(
+  auto select = wexpol::Statement::Composed(
       db, "SELECT * FROM " + Quoted(table) + condition + " LIMIT " +
               std::to_string(call.options.Number("--limit").value_or(-1)));
   for (std::size_t i = 0; i < values.size(); ++i) {

@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <iostream>
 
-#include "platform/console.h"
 #include "tools/wexpolctl/run.h"
+#include "wexpol/platform/console.h"
 
 int main(int argc, char** argv) {
-  platform::UseUtf8Console();
-  return wexpolctl::Run(platform::CommandLineArguments(argc, argv), std::cout, std::cerr,
-                        platform::IsTerminal(stderr));
+  wexpol::UseUtf8Console();
+  return wexpolctl::Run(wexpol::CommandLineArguments(argc, argv), std::cout, std::cerr,
+                        wexpol::IsTerminal(stderr));
 }

@@ -2,11 +2,11 @@
 
 #include <cstdio>
 
-#include "antivirus/av_schedule.h"
-#include "platform/clock.h"
-#include "records/synchronise.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/antivirus/av_schedule.h"
+#include "wexpol/platform/clock.h"
+#include "wexpol/records/synchronise.h"
 
 namespace wexpolctl {
 namespace {
@@ -46,13 +46,13 @@ ExitCode NextScan(Call& call) {
       call.report.AddListing("schedules", {"id", "name", "enabled", "kind", "left", "at"});
   CAvSchedule schedule;
   std::string error;
-  records::ListStatement select(database.handle(), CAvSchedule::Table(), nullptr, 0);
+  wexpol::ListStatement select(database.handle(), CAvSchedule::Table(), nullptr, 0);
   while (select.Row()) {
     schedule.CopyFromDB(select.get());
     const long left = schedule.HowLongUntilSchedule();
     listing.Add({Number(schedule.id), Text(schedule.schedule_name.view()), Flag(schedule.enabled),
                  Text(KindOf(schedule)), left < 0 ? Nothing() : Duration(left),
-                 left < 0 ? Nothing() : Instant(platform::NowUtc() + left)});
+                 left < 0 ? Nothing() : Instant(wexpol::NowUtc() + left)});
   }
   if (!select.Finish(error)) {
     throw Failure{kFinding, "The schedules cannot be read: " + error + ".",

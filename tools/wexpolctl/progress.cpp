@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/clock.h"
+#include "wexpol/platform/clock.h"
 
 namespace wexpolctl {
 namespace {
@@ -23,11 +23,11 @@ void Progress::Begin(const std::string& name) {
 }
 
 void Progress::Count(std::int64_t records) {
-  if (terminal_ && platform::TickCount() - drawn_at_ >= kIntervalMs) Draw(records);
+  if (terminal_ && wexpol::TickCount() - drawn_at_ >= kIntervalMs) Draw(records);
 }
 
 void Progress::Draw(std::int64_t records) {
-  drawn_at_ = std::max(1u, platform::TickCount());
+  drawn_at_ = std::max(1u, wexpol::TickCount());
   const std::uint64_t parts = total_ ? done_ * kBar / total_ : 0;
   std::string line = '[' + std::string(parts, '#') + std::string(kBar - parts, '.') + "] " +
                      std::to_string(total_ ? done_ * 100 / total_ : 0) + " %  " + name_;

@@ -1,7 +1,7 @@
 // The bar that a long synchronisation draws on a terminal.
 
-#ifndef WEXPOLCTL_PROGRESS_H_
-#define WEXPOLCTL_PROGRESS_H_
+#ifndef WEXPOL_WEXPOLCTL_PROGRESS_H_
+#define WEXPOL_WEXPOLCTL_PROGRESS_H_
 
 #include <cstdint>
 #include <ostream>
@@ -35,4 +35,4 @@ class Progress {
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_PROGRESS_H_
+#endif  // WEXPOL_WEXPOLCTL_PROGRESS_H_

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "platform/clock.h"
-#include "platform/system_types.h"
-#include "platform/text.h"
-#include "records/codec.h"
+#include "wexpol/platform/clock.h"
+#include "wexpol/platform/system_types.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/records/codec.h"
 
 namespace wexpolctl {
 namespace {
@@ -31,7 +31,7 @@ void PrintPadded(std::ostream& out, const std::string& text, std::size_t width, 
 // Escapes what a terminal would obey instead of print.
 std::string Printable(std::string_view utf8) {
   std::string text;
-  for (const char c : platform::RepairUtf8(utf8)) {
+  for (const char c : wexpol::RepairUtf8(utf8)) {
     if (c == '\n') {
       text += "\\n";
     } else if (c == '\r') {
@@ -51,7 +51,7 @@ std::string Printable(std::string_view utf8) {
 
 std::string JsonString(std::string_view text) {
   std::string json;
-  records::AppendJsonString(text, json);
+  wexpol::AppendJsonString(text, json);
   return json;
 }
 
@@ -66,7 +66,7 @@ Cell Nothing() { return {"null", "-"}; }
 
 Cell Text(std::string_view utf8) { return {JsonString(utf8), Printable(utf8)}; }
 
-Cell Text(std::wstring_view wide) { return Text(platform::WideToUtf8(wide)); }
+Cell Text(std::wstring_view wide) { return Text(wexpol::WideToUtf8(wide)); }
 
 Cell Number(std::int64_t value) { return {std::to_string(value), std::to_string(value), true}; }
 
@@ -102,7 +102,7 @@ Cell Duration(std::int64_t seconds) {
 }
 
 Cell Instant(std::int64_t utc) {
-  const SYSTEMTIME local = platform::UtcToLocal(utc);
+  const SYSTEMTIME local = wexpol::UtcToLocal(utc);
   char text[48];
   std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", unsigned{local.wYear},
                 unsigned{local.wMonth}, unsigned{local.wDay}, unsigned{local.wHour},

@@ -1,7 +1,7 @@
 // What a command found out, printed as plain aligned text or as one JSON object.
 
-#ifndef WEXPOLCTL_REPORT_H_
-#define WEXPOLCTL_REPORT_H_
+#ifndef WEXPOL_WEXPOLCTL_REPORT_H_
+#define WEXPOL_WEXPOLCTL_REPORT_H_
 
 #include <cstdint>
 #include <deque>
@@ -81,4 +81,4 @@ class Report {
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_REPORT_H_
+#endif  // WEXPOL_WEXPOLCTL_REPORT_H_

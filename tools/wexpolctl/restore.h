@@ -1,7 +1,7 @@
 // The one way in which a backup takes the database's place.
 
-#ifndef WEXPOLCTL_RESTORE_H_
-#define WEXPOLCTL_RESTORE_H_
+#ifndef WEXPOL_WEXPOLCTL_RESTORE_H_
+#define WEXPOL_WEXPOLCTL_RESTORE_H_
 
 #include <string>
 
@@ -14,4 +14,4 @@ std::wstring RestoreDatabase(const std::wstring& database, const std::wstring& b
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_RESTORE_H_
+#endif  // WEXPOL_WEXPOLCTL_RESTORE_H_

@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/file_paths.h"
-#include "platform/files.h"
-#include "platform/testing.h"
-#include "platform/text.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/testing.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 
@@ -112,7 +112,7 @@ void Redirect(const std::string& root) {
     throw Failure{kCannotOpen, "The folder " + root + " cannot be used: " + error.message() + ".",
                   "Name a folder that this user may write to."};
   }
-  platform::RedirectMachine(folder);
+  wexpol::RedirectMachine(folder);
 }
 
 ExitCode RunEntry(const Entry& entry, const Globals& globals, Report& report,

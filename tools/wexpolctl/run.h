@@ -1,7 +1,7 @@
 // The tool as one function.
 
-#ifndef WEXPOLCTL_RUN_H_
-#define WEXPOLCTL_RUN_H_
+#ifndef WEXPOL_WEXPOLCTL_RUN_H_
+#define WEXPOL_WEXPOLCTL_RUN_H_
 
 #include <ostream>
 #include <string>
@@ -17,4 +17,4 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_RUN_H_
+#endif  // WEXPOL_WEXPOLCTL_RUN_H_

@@ -1,7 +1,7 @@
 // What is never printed.
 
-#ifndef WEXPOLCTL_SECRETS_H_
-#define WEXPOLCTL_SECRETS_H_
+#ifndef WEXPOL_WEXPOLCTL_SECRETS_H_
+#define WEXPOL_WEXPOLCTL_SECRETS_H_
 
 #include <string_view>
 
@@ -18,4 +18,4 @@ bool IsSecretKey(std::string_view key);
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_SECRETS_H_
+#endif  // WEXPOL_WEXPOLCTL_SECRETS_H_

@@ -1,10 +1,10 @@
 // wexpolctl services and options: the protection services of this device.
 
-#include "records/query.h"
-#include "services/device_service.h"
-#include "services/service_attempts.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/records/query.h"
+#include "wexpol/services/device_service.h"
+#include "wexpol/services/service_attempts.h"
 
 namespace wexpolctl {
 namespace {
@@ -30,11 +30,11 @@ ExitCode Services(Call& call) {
   Listing& listing = call.report.AddListing(
       "services", {"id", "service", "status", "available", "installed", "enabled", "install needed",
                    "downloads left", "installs left"});
-  records::Statement select(database.handle(),
-                            "SELECT id, name FROM services UNION SELECT service_id, NULL FROM "
-                            "device_services WHERE device_id=?1 AND service_id NOT IN (SELECT id "
-                            "FROM services) ORDER BY id",
-                            *device);
+  wexpol::Statement select(database.handle(),
+                           "SELECT id, name FROM services UNION SELECT service_id, NULL FROM "
+                           "device_services WHERE device_id=?1 AND service_id NOT IN (SELECT id "
+                           "FROM services) ORDER BY id",
+                           *device);
   while (select.Row()) {
     const auto id = static_cast<short>(select.Int(0));
     CDeviceService service;
@@ -44,8 +44,8 @@ ExitCode Services(Call& call) {
                  Flag(session.IsServiceAvailable(id)), Flag(session.IsServiceInstalled(id)),
                  Flag(session.IsServiceEnabled(id, true)),
                  Flag(session.IsServiceInstallNeeded(id, *device)),
-                 AttemptsLeft(session, id, services::kDownloadAttempts),
-                 AttemptsLeft(session, id, services::kInstallAttempts)});
+                 AttemptsLeft(session, id, wexpol::kDownloadAttempts),
+                 AttemptsLeft(session, id, wexpol::kInstallAttempts)});
   }
   if (listing.empty()) call.report.AddLine("There are no services.");
   return kDone;

@@ -1,18 +1,18 @@
 // wexpolctl status: the file, its backup, the log and this device at a glance.
 
-#include "platform/device_info.h"
-#include "platform/file_paths.h"
-#include "platform/files.h"
-#include "records/query.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/files.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
 
 Cell SizeOf(const std::wstring& path) {
-  const auto size = platform::FileSize(path);
+  const auto size = wexpol::FileSize(path);
   return size ? Size(*size) : Nothing();
 }
 
@@ -41,7 +41,7 @@ ExitCode Status(Call& call) {
   std::int64_t rows = 0;
   const auto tables = TableNames(database.handle());
   for (const std::string& table : tables) rows += CountRows(database.handle(), table).value_or(0);
-  const records::Text mode = records::QueryText(database.handle(), "PRAGMA journal_mode");
+  const wexpol::Text mode = wexpol::QueryText(database.handle(), "PRAGMA journal_mode");
   call.report.Add("journal mode", Text(mode.view()));
   call.report.Add("tables", Number(static_cast<std::int64_t>(tables.size())));
   call.report.Add("rows", Number(rows));

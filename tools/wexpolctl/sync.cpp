@@ -3,11 +3,11 @@
 #include <cstring>
 #include <numeric>
 
-#include "records/query.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/documents.h"
 #include "tools/wexpolctl/progress.h"
+#include "wexpol/records/query.h"
 
 namespace wexpolctl {
 namespace {
@@ -79,7 +79,7 @@ class Synchronisation {
   // Takes the write lock at once: no document is to be blamed for the writing of another process.
   void Begin() {
     Step(TRANSACTION_BEGIN);
-    if (!records::Execute(database_.handle(), "UPDATE accounts SET id=id WHERE 0")) ThrowFailure();
+    if (!wexpol::Execute(database_.handle(), "UPDATE accounts SET id=id WHERE 0")) ThrowFailure();
   }
 
   void Step(TRANSACTION step) {
@@ -96,16 +96,16 @@ class Synchronisation {
     sqlite3* db = database_.handle();
     const std::string name = document.table->name();
     const std::int64_t before = CountRows(db, name).value_or(0);
-    records::Execute(db, "SAVEPOINT document");
+    wexpol::Execute(db, "SAVEPOINT document");
     arrivals.Begin(document.table->name());
     std::string error;
     const bool stored = document.text.find('\0') == std::string::npos &&
                         document.table->replace(database_.session(), document.text.c_str(), error);
     if (!stored) {
       NoteRefusal(document, arrivals.count(), error);
-      records::Execute(db, "ROLLBACK TO document");
+      wexpol::Execute(db, "ROLLBACK TO document");
     }
-    records::Execute(db, "RELEASE document");
+    wexpol::Execute(db, "RELEASE document");
     outcomes_.push_back({document.table->name(), stored, before});
     return stored;
   }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "policydb/connection.h"
 #include "wexpol.h"
+#include "wexpol/policydb/connection.h"
 
 namespace wexpolctl {
 namespace {
@@ -19,7 +19,7 @@ bool Keep(bool done, CPolicyDB& session, std::string& error) {
 // A table with one operation that replaces it.
 template <typename Record, Document kReplace>
 constexpr SyncTable Replaced() {
-  return {&records::kRecordClass<Record>,
+  return {&wexpol::kRecordClass<Record>,
           [](CPolicyDB& session, const char* json, std::string& error) {
             return Keep((session.*kReplace)(json), session, error);
           }};
@@ -28,11 +28,11 @@ constexpr SyncTable Replaced() {
 // A table with one operation that empties it and one that adds to it.
 template <typename Record, Emptying kClear, Document kAdd>
 constexpr SyncTable Refilled() {
-  return {&records::kRecordClass<Record>,
+  return {&wexpol::kRecordClass<Record>,
           [](CPolicyDB& session, const char* json, std::string& error) {
             if ((session.*kClear)()) return Keep((session.*kAdd)(json), session, error);
-            sqlite3* db = policydb::HandleOf(session);
-            error = records::EngineErrorObject(db, sqlite3_errcode(db));
+            sqlite3* db = wexpol::HandleOf(session);
+            error = wexpol::EngineErrorObject(db, sqlite3_errcode(db));
             return false;
           }};
 }
@@ -40,10 +40,10 @@ constexpr SyncTable Refilled() {
 // A table that the session has no such operations for.
 template <typename Record>
 constexpr SyncTable Plain() {
-  return {&records::kRecordClass<Record>,
+  return {&wexpol::kRecordClass<Record>,
           [](CPolicyDB& session, const char* json, std::string& error) {
-            return records::ReplaceTable(policydb::HandleOf(session), records::kRecordClass<Record>,
-                                         json, error);
+            return wexpol::ReplaceTable(wexpol::HandleOf(session), wexpol::kRecordClass<Record>,
+                                        json, error);
           }};
 }
 

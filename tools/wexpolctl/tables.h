@@ -1,19 +1,19 @@
 // The tables that the console fills, and how each is synchronised.
 
-#ifndef WEXPOLCTL_TABLES_H_
-#define WEXPOLCTL_TABLES_H_
+#ifndef WEXPOL_WEXPOLCTL_TABLES_H_
+#define WEXPOL_WEXPOLCTL_TABLES_H_
 
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "policydb/policy_db.h"
-#include "records/synchronise.h"
+#include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/synchronise.h"
 
 namespace wexpolctl {
 
 struct SyncTable {
-  const records::RecordClass* record_class;
+  const wexpol::RecordClass* record_class;
   // Replaces the table by a document; false leaves the session's error object in `error`.
   bool (*replace)(CPolicyDB& session, const char* json, std::string& error);
 
@@ -28,4 +28,4 @@ const SyncTable* FindSyncTable(std::string_view name);
 
 }  // namespace wexpolctl
 
-#endif  // WEXPOLCTL_TABLES_H_
+#endif  // WEXPOL_WEXPOLCTL_TABLES_H_

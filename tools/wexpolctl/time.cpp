@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <set>
 
-#include "platform/system_types.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/platform/system_types.h"
 
 namespace wexpolctl {
 namespace {

@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "records/global_tables.h"
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/records/global_tables.h"
 
 namespace wexpolctl {
 namespace {
@@ -22,7 +22,7 @@ ExitCode Versions(Call& call) {
   call.report.Add("empty mask", Number(static_cast<std::int64_t>(empty)));
   Listing& listing = call.report.AddListing("tables", {"table", "bit", "version", "state"});
   const char* at = report.c_str();
-  for (const records::GlobalTable& table : records::kGlobalTables) {
+  for (const wexpol::GlobalTable& table : wexpol::kGlobalTables) {
     char entry[32];
     std::snprintf(entry, sizeof entry, "%" PRIu64 ",", table.bit);
     const char* found = std::strstr(at, entry);

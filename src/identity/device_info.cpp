@@ -1,9 +1,0 @@
-// The part of the device id store that knows what a device is.
-
-#include "platform/device_info.h"
-
-#include "identity/device.h"
-
-bool CDeviceInfo::WriteDeviceID(const CDevice* device) {
-  return device && WriteDeviceID(static_cast<long>(device->id));
-}

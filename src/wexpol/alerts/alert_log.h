@@ -1,0 +1,49 @@
+// The alerts that wait to be reported to the console: table "alert_logs".
+
+#ifndef WEXPOL_ALERTS_ALERT_LOG_H_
+#define WEXPOL_ALERTS_ALERT_LOG_H_
+
+#include <cstdint>
+#include <string>
+
+#include "wexpol/records/record.h"
+
+class CAlertEventType;
+
+struct tblAlertLog {
+  std::int32_t id = -1;  // Assigned by the database.
+  std::int32_t alert_event_type_id = -1;
+  std::int32_t alert_id = -1;
+  wexpol::Text details;
+  std::int16_t event_type_id = -1;
+  wexpol::Text alert_name;
+  std::int64_t event_start = -1;  // Seconds since 1970 UTC.
+  std::int64_t event_end = -1;
+};
+
+class WEXPOL_API CAlertLog : public wexpol::Record<CAlertLog, tblAlertLog> {
+ public:
+  CAlertLog() = default;
+  // Null details are those of the type; a start of -1 is now, an end of -1 is the start.
+  CAlertLog(const CAlertEventType* type, const char* details, std::int64_t start, std::int64_t end);
+
+  static const wexpol::Table& Table();
+
+  // Appends what the console is told: without the ids of the row and of its event type, with the
+  // device's, and with the times as local time "2024-03-13T12:00:00". A time that is none is left
+  // out.
+  void GenerateJson(std::string& out, long device_id) const;
+
+  // Inserts the log in place of all logs of its event type.
+  bool ReplaceInDB(sqlite3* db) const;
+
+  // The SQLite step result. A type below 1 stands for all.
+  static int DeleteByType(sqlite3* db, long type_id);
+
+  // From the first start to the last end of a type's logs; left alone when it has none, which is
+  // also true.
+  static bool GetStartAndEndTimes(sqlite3* db, std::int64_t& start, std::int64_t& end,
+                                  long type_id);
+};
+
+#endif  // WEXPOL_ALERTS_ALERT_LOG_H_

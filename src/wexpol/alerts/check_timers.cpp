@@ -1,0 +1,58 @@
+#include "wexpol/alerts/check_timers.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "wexpol/alerts/alert_check.h"
+#include "wexpol/alerts/alert_event_type.h"
+#include "wexpol/alerts/units.h"
+#include "wexpol/records/synchronise.h"
+#include "wexpol/records/write_scope.h"
+
+namespace wexpol {
+namespace {
+
+void StartTimers(sqlite3* db, const std::vector<long>& types) {
+  if (types.empty()) return;
+  WriteScope scope(db);
+  if (!scope.ok()) return;
+  for (const long type : types) CAlertCheck::StartTimer(db, type);
+  scope.Commit();
+}
+
+}  // namespace
+
+std::optional<std::uint64_t> CheckPeriod(const CAlertEventType& type,
+                                         const std::set<short>* excluded) {
+  if (!type.enabled || (excluded && excluded->contains(type.event_type_id))) return std::nullopt;
+  if (type.suppression_duration >= 1) return MinutesToSeconds(type.suppression_duration);
+  if (type.IsWindowsServiceEvent()) return MinutesToSeconds(type.time_window);
+  return std::nullopt;
+}
+
+bool ReadCheckTimers(sqlite3* db, std::map<long, long>& timers, const char* column, long value,
+                     const std::set<short>* excluded, std::string& error) {
+  std::vector<long> without_timer;
+  bool complete = false;
+  {
+    const ReadScope scope(db);
+    ListStatement select(db, CAlertEventType::TimingTable(), column, value);
+    while (select.Row()) {
+      CAlertEventType type;
+      CopyRow(CAlertEventType::TimingTable(), static_cast<tblAlertEventType*>(&type), select.get());
+      const auto period = CheckPeriod(type, excluded);
+      if (!period) continue;
+      CAlertCheck check;
+      const bool running = check.GetRecord(db, type.id);
+      if (!running) without_timer.push_back(type.id);
+      timers[type.id] =
+          running ? check.SecondsRemaining(*period) : static_cast<std::int32_t>(*period);
+    }
+    complete = select.Finish(error);
+  }
+  StartTimers(db, without_timer);
+  return complete;
+}
+
+}  // namespace wexpol

@@ -1,0 +1,32 @@
+// The credentials that the installer may use on the company's computers: "installation_logins".
+
+#ifndef WEXPOL_DEVICECARE_INSTALLATION_LOGIN_H_
+#define WEXPOL_DEVICECARE_INSTALLATION_LOGIN_H_
+
+#include <cstdint>
+#include <string>
+
+#include "wexpol/records/record.h"
+
+struct tblInstallationLogin {
+  std::int32_t id = -1;
+  std::int32_t account_id = -1;
+  wexpol::WideText login;     // domain\user or user
+  wexpol::WideText password;  // As received from the console.
+};
+
+class WEXPOL_API CInstallationLogin
+    : public wexpol::Record<CInstallationLogin, tblInstallationLogin> {
+ public:
+  static const wexpol::Table& Table();
+
+  CInstallationLogin() = default;
+  CInstallationLogin(const wchar_t* login, const wchar_t* password);
+
+  // What stands before the first backslash of the login; empty without one.
+  std::wstring GetDomain() const;
+  // What stands after it; the whole login without one.
+  std::wstring GetUserNameW() const;
+};
+
+#endif  // WEXPOL_DEVICECARE_INSTALLATION_LOGIN_H_

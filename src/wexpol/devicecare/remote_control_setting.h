@@ -1,0 +1,33 @@
+// How remote-desktop sessions run, per policy service: table "premium_remote_control_settings".
+
+#ifndef WEXPOL_DEVICECARE_REMOTE_CONTROL_SETTING_H_
+#define WEXPOL_DEVICECARE_REMOTE_CONTROL_SETTING_H_
+
+#include <cstdint>
+#include <string>
+
+#include "wexpol/records/record.h"
+
+struct tblRemoteControlSetting {
+  std::int32_t id = -1;
+  std::int32_t policy_service_id = -1;
+  wexpol::Text consent_message;
+  std::int32_t consent_timeout = -1;
+  std::int16_t stream_quality_id = -1;
+  bool leave_aero = false;
+  bool leave_background = false;
+  bool leave_effects = false;
+  bool consent_required = false;
+};
+
+class WEXPOL_API CRemoteControlSetting
+    : public wexpol::Record<CRemoteControlSetting, tblRemoteControlSetting> {
+ public:
+  static const wexpol::Table& Table();
+
+  // Parameters to append to the URL of a session.
+  std::wstring GetStreamQualityCommandLineOption() const;
+  std::wstring GetLeaveCommandLineOptions() const;
+};
+
+#endif  // WEXPOL_DEVICECARE_REMOTE_CONTROL_SETTING_H_

@@ -1,0 +1,49 @@
+#include "wexpol/identity/password.h"
+
+#include <openssl/crypto.h>
+
+#include <string>
+
+#include "wexpol/platform/text.h"
+
+namespace wexpol {
+namespace {
+
+constexpr std::size_t kDigits = 2 * std::tuple_size_v<Md5Digest>;
+constexpr std::size_t kShortenedDigits = kDigits / 2;
+constexpr unsigned kNoDigit = 256;  // Differs from every digit.
+
+unsigned HexValue(wchar_t c) {
+  if (c >= L'0' && c <= L'9') return static_cast<unsigned>(c - L'0');
+  if (c >= L'a' && c <= L'f') return static_cast<unsigned>(c - L'a' + 10);
+  if (c >= L'A' && c <= L'F') return static_cast<unsigned>(c - L'A' + 10);
+  return kNoDigit;
+}
+
+bool IsDigestText(std::wstring_view digits, const Md5Digest& digest) {
+  const std::size_t step = kDigits / digits.size();  // 2 where only the first digits are kept.
+  unsigned difference = 0;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    const std::size_t at = i * step;
+    const unsigned digit = digest[at / 2] >> (at % 2 == 0 ? 4 : 0) & 15;
+    difference |= HexValue(digits[i]) ^ digit;
+  }
+  return difference == 0;
+}
+
+}  // namespace
+
+bool IsSameText(std::wstring_view a, std::wstring_view b) {
+  return a.size() == b.size() && CRYPTO_memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0;
+}
+
+bool FitsPassword(std::wstring_view stored, std::wstring_view password, Md5Function md5) {
+  if (stored.empty()) return false;
+  if (IsSameText(stored, password)) return true;
+  if (stored.size() != kDigits && stored.size() != kShortenedDigits) return false;
+  const std::string utf8 = WideToUtf8(password);
+  Md5Digest digest;
+  return md5(utf8.data(), utf8.size(), &digest) && IsDigestText(stored, digest);
+}
+
+}  // namespace wexpol

@@ -1,0 +1,63 @@
+#include "wexpol/platform/files.h"
+
+#include <windows.h>
+#include <lmcons.h>
+#include <shlobj.h>
+
+#include <iterator>
+
+namespace wexpol {
+
+bool FileExists(const std::wstring& path) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = ::FindFirstFileW(path.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return false;
+  ::FindClose(search);
+  return true;
+}
+
+std::optional<std::uint64_t> FileSize(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+  return std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow;
+}
+
+bool CopyFileOver(const std::wstring& from, const std::wstring& to) {
+  return ::CopyFileW(from.c_str(), to.c_str(), FALSE) != 0;
+}
+
+bool RenameFile(const std::wstring& from, const std::wstring& to) {
+  return ::MoveFileW(from.c_str(), to.c_str()) != 0;
+}
+
+bool RemoveFile(const std::wstring& path) { return ::DeleteFileW(path.c_str()) != 0; }
+
+File OpenForAppend(const std::wstring& path) {
+  std::FILE* file = nullptr;
+  // N: a program started meanwhile must not inherit the file, or nobody could rename it.
+  return File(::_wfopen_s(&file, path.c_str(), L"atN") == 0 ? file : nullptr);
+}
+
+std::wstring DataFolder() {
+  wchar_t path[MAX_PATH];
+  if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) !=
+      S_OK) {
+    return {};
+  }
+  return JoinPath(path, L"Corvane Agent");
+}
+
+std::wstring ExecutablePath() {
+  wchar_t path[kMaxPath];
+  // A longer path is cut, on old systems without a terminator.
+  const DWORD length = ::GetModuleFileNameW(nullptr, path, kMaxPath);
+  return std::wstring(path, length < kMaxPath ? length : kMaxPath - 1);
+}
+
+std::wstring CurrentUserName() {
+  wchar_t name[UNLEN + 1];
+  DWORD size = static_cast<DWORD>(std::size(name));
+  return ::GetUserNameW(name, &size) ? std::wstring(name) : std::wstring();
+}
+
+}  // namespace wexpol

@@ -1,0 +1,32 @@
+// The diagnostic log that all processes of the agent write to.
+
+#ifndef WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_
+#define WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_
+
+#include <cstdint>
+#include <string>
+
+#include "wexpol/platform/printf.h"
+
+namespace wexpol {
+
+// Appends one line: date, time, user, program, "WexPol >" and the message. A file that has grown
+// past its threshold is first put aside under the name of the one old log.
+//
+// False when the line was dropped: the file is held by others for more than 2 seconds, or cannot be
+// written. Nothing is thrown.
+WEXPOL_PRINTF(1, 2) bool LogMessage(const char* format, ...) noexcept;
+
+// The text of a column of the line: 8 characters, padded with blanks or cut.
+std::wstring LogColumn(std::wstring text);
+
+// The program's column: the file name in `path`, without folder and extension.
+std::wstring ProgramColumn(const std::wstring& path);
+
+// Forgets what is computed once per process: path, threshold, columns. A threshold above 0 is then
+// used instead of the settings'.
+void ResetLogForTesting(std::uint64_t threshold = 0);
+
+}  // namespace wexpol
+
+#endif  // WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_

@@ -1,0 +1,70 @@
+// What the parts of the facade are made of. Only policy_db_*.cpp include it.
+
+#ifndef WEXPOL_POLICYDB_FACADE_H_
+#define WEXPOL_POLICYDB_FACADE_H_
+
+#include <utility>
+
+#include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/query.h"
+#include "wexpol/records/synchronise.h"
+
+namespace wexpol {
+
+// What `question` answers; `failure` when it throws: nothing leaves the facade, neither the int of
+// a failed bind nor a failed allocation.
+template <typename Answer, typename Question>
+Answer Ask(Answer failure, Question&& question) noexcept {
+  try {
+    return std::forward<Question>(question)();
+  } catch (...) {
+    return failure;
+  }
+}
+
+template <typename Question>
+bool Ask(Question&& question) noexcept {
+  return Ask(false, std::forward<Question>(question));
+}
+
+}  // namespace wexpol
+
+template <typename Record>
+bool CPolicyDB::ClearAndAdd(const char* json) {
+  return wexpol::Ask(
+      [&] { return wexpol::ReplaceTable(handle(), wexpol::kRecordClass<Record>, json, m_error); });
+}
+
+template <typename Record>
+bool CPolicyDB::Add(const char* json) {
+  return wexpol::Ask(
+      [&] { return wexpol::AddDocument(handle(), wexpol::kRecordClass<Record>, json, m_error); });
+}
+
+template <typename Record>
+bool CPolicyDB::Clear() {
+  return wexpol::Ask([&] { return wexpol::ClearTable(handle(), Record::Table()); });
+}
+
+template <typename Record>
+bool CPolicyDB::List(std::list<Record*>& out, const char* column, long value) {
+  return wexpol::Ask([&] { return wexpol::ListRecords(handle(), out, column, value, m_error); });
+}
+
+template <typename Record>
+bool CPolicyDB::ReadFirst(Record& record) {
+  return wexpol::Ask([&] {
+    return wexpol::ReadRecord(record, m_error, handle(),
+                              wexpol::Sql::Permanent(Record::Table().select_sql()));
+  });
+}
+
+template <typename Record>
+bool CPolicyDB::ReadByKey(Record& record, long key) {
+  return wexpol::Ask([&] {
+    return wexpol::ReadRecord(record, m_error, handle(),
+                              wexpol::Sql::Permanent(Record::Table().select_by_key_sql()), key);
+  });
+}
+
+#endif  // WEXPOL_POLICYDB_FACADE_H_

@@ -1,0 +1,130 @@
+// The session itself: search, open, close, restore, check, transactions.
+
+#include "wexpol/policydb/policy_db.h"
+
+#include <cstring>
+
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/policydb/connection.h"
+#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/policydb/facade.h"
+#include "wexpol/records/global_tables.h"
+#include "wexpol/records/statement.h"
+
+namespace {
+
+constexpr char kAccessCode[] = "60718";
+constexpr wchar_t kFileName[] = L"wexpol.db";
+
+void CheckAccess(const char* access_code) {
+  if (!access_code || std::strcmp(access_code, kAccessCode) != 0) throw 0;
+}
+
+// Puts the backup in the place of the database. What the engine left beside the replaced file
+// belongs to its old content.
+bool CopyBackup(const std::wstring& backup, const std::wstring& database) {
+  if (!wexpol::CopyFileOver(backup, database)) return false;
+  for (const wchar_t* suffix : {L"-journal", L"-wal", L"-shm"}) {
+    wexpol::RemoveFile(database + suffix);
+  }
+  return true;
+}
+
+}  // namespace
+
+CPolicyDB::CPolicyDB(const char* accessCode, int openFlags, int busyTimeoutMs)
+    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+  CheckAccess(accessCode);
+  const int code = wexpol::Ask(SQLITE_NOMEM, [&] { return OpenFirstFound(); });
+  if (code != SQLITE_OK) {
+    wexpol::LogMessage("SQLite error: %d : %s", code, sqlite3_errmsg(handle()));
+  }
+}
+
+CPolicyDB::CPolicyDB(const char* accessCode, const wchar_t* path, int openFlags, int busyTimeoutMs)
+    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+  CheckAccess(accessCode);
+  OpenDB(path, openFlags, busyTimeoutMs);
+}
+
+CPolicyDB::CPolicyDB(const CPolicyDB& other) = default;
+CPolicyDB& CPolicyDB::operator=(const CPolicyDB& other) = default;
+CPolicyDB::~CPolicyDB() { CloseDB(); }
+
+int CPolicyDB::OpenIfThere(const std::wstring& path, int code) {
+  return DoesFileExist(path.c_str()) ? OpenDB(path.c_str(), m_openFlags, m_busyTimeoutMs) : code;
+}
+
+// The answer is the code of the last open that was tried.
+int CPolicyDB::OpenFirstFound() {
+  int code = SQLITE_CANTOPEN;
+  const std::wstring beside = wexpol::ReplaceFileName(wexpol::ExecutablePath(), kFileName);
+  if (!beside.empty()) code = OpenIfThere(beside, code);
+  if (code != SQLITE_OK) code = OpenIfThere(kFileName, code);
+  const std::wstring database = CFilePaths::GetLocationDB();
+  if (code != SQLITE_OK) code = OpenIfThere(database, code);
+  if (code == SQLITE_OK) return code;
+
+  const std::wstring backup = CFilePaths::GetLocationBackupDB();
+  if (DoesFileExist(backup.c_str()) && CopyBackup(backup, database)) {
+    code = OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs);
+  }
+  return code;
+}
+
+int CPolicyDB::OpenDB(const wchar_t* path, int openFlags, int busyTimeoutMs) {
+  m_db.reset();
+  return wexpol::Ask(
+      SQLITE_NOMEM, [&] { return wexpol::Connection::Open(path, openFlags, busyTimeoutMs, m_db); });
+}
+
+void CPolicyDB::CloseDB() {
+  if (m_db) m_db->Close();
+  m_db.reset();
+}
+
+bool CPolicyDB::IsValidDB() const { return handle() != nullptr; }
+
+sqlite3* CPolicyDB::handle() const { return m_db ? m_db->handle() : nullptr; }
+
+sqlite3* wexpol::HandleOf(const CPolicyDB& session) { return session.handle(); }
+
+bool CPolicyDB::RestoreDB() {
+  CloseDB();
+  return wexpol::Ask([&] {
+    const std::wstring database = CFilePaths::GetLocationDB();
+    const std::wstring backup = CFilePaths::GetLocationBackupDB();
+    if (DoesFileExist(backup.c_str())) CopyBackup(backup, database);
+    return OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs) == SQLITE_OK;
+  });
+}
+
+bool CPolicyDB::CheckIntegrity() {
+  wexpol::Statement check(handle(), "PRAGMA integrity_check;");
+  if (!check.Row() || sqlite3_column_type(check.get(), 0) != SQLITE_TEXT) return false;
+  return std::strcmp(check.Text(0), "ok") == 0;
+}
+
+bool CPolicyDB::Transaction(TRANSACTION step) {
+  switch (step) {
+    case TRANSACTION_BEGIN:
+      // Not valid SQL: it always fails, and is run ahead of the pragma all the same.
+      sqlite3_exec(handle(), "accounts", nullptr, nullptr, nullptr);
+      sqlite3_exec(handle(), "PRAGMA synchronous = OFF", nullptr, nullptr, nullptr);
+      return wexpol::Execute(handle(), "BEGIN TRANSACTION;");
+    case TRANSACTION_COMMIT:
+      return wexpol::Execute(handle(), "COMMIT;");
+    case TRANSACTION_ROLLBACK:
+      return wexpol::Execute(handle(), "ROLLBACK;");
+  }
+  return false;
+}
+
+const std::string& CPolicyDB::GetError() const { return m_error; }
+
+void CPolicyDB::GetGlobalTableJson(std::uint64_t& emptyMask, std::string& out) {
+  wexpol::Ask([&] { return CGlobalTables().GenerateJson(emptyMask, out, handle()), true; });
+}
+
+bool CPolicyDB::DoesFileExist(const wchar_t* path) { return path && wexpol::FileExists(path); }

@@ -1,0 +1,53 @@
+// The report of which versions of the shared tables are here, and the console's answer to it.
+
+#ifndef WEXPOL_RECORDS_GLOBAL_TABLES_H_
+#define WEXPOL_RECORDS_GLOBAL_TABLES_H_
+
+#include <cstdint>
+#include <string>
+
+#include "wexpol/platform/export.h"
+
+struct sqlite3;
+
+namespace wexpol {
+
+struct GlobalTable {
+  const char* name;
+  std::uint64_t bit;
+};
+
+// In report order. The bit of time_zones stands apart from the run of the others.
+inline constexpr GlobalTable kGlobalTables[] = {
+    {"categories", 0x8000000},
+    {"icat_keywords", 0x10000000},
+    {"never_block_apps", 0x20000000},
+    {"never_block_domains", 0x40000000},
+    {"safe_search_parameters", 0x80000000},
+    {"service_configurations", 0x100000000},
+    {"services", 0x200000000},
+    {"time_servers", 0x400000000},
+    {"time_zones", 0x20000000000},
+};
+
+}  // namespace wexpol
+
+// Nine tables are the same for all customers and carry a row_version. Each has a bit of its own in
+// a 64-bit mask; the console assigns the bits.
+class WEXPOL_API CGlobalTables {
+ public:
+  // Replaces `out` with {"g": "bit,version;..."}, the highest row version of each table. A table
+  // that is empty or missing has version 0, and its bit is added to `emptyMask`, which the caller
+  // sets to 0 before.
+  void GenerateJson(std::uint64_t& emptyMask, std::string& out, sqlite3* db) const;
+
+  // The mask of the tables to fetch again, from an answer {"g": "bit,bit,..."}; 0 when it is none.
+  std::uint64_t ParseJson(const char* json);
+
+ protected:
+  // One entry of the report.
+  std::string GetMaxRowVersion(std::uint64_t& emptyMask, sqlite3* db, const char* table,
+                               std::uint64_t bit) const;
+};
+
+#endif  // WEXPOL_RECORDS_GLOBAL_TABLES_H_

@@ -1,0 +1,33 @@
+// How often the agent tried to download and to install each service, counted under the agent key.
+
+#ifndef WEXPOL_SERVICES_SERVICE_ATTEMPTS_H_
+#define WEXPOL_SERVICES_SERVICE_ATTEMPTS_H_
+
+#include <string>
+
+namespace wexpol {
+
+inline constexpr wchar_t kDownloadAttempts[] = L"SDA%02d";
+inline constexpr wchar_t kInstallAttempts[] = L"SIA%02d";
+
+// The name of a service's count: the format with the service id, in two digits at least, in the
+// place of its "%02d"; nothing else in it is special. Empty for a name of more than 79 characters.
+std::wstring AttemptsValueName(short service_id, const wchar_t* format);
+
+// False when there is no count.
+bool ReadAttempts(short& count, short service_id, const wchar_t* format);
+bool WriteAttempts(short service_id, short count, const wchar_t* format);
+
+// Both counts of the service become 0; false when neither could be written.
+bool RestartAttempts(short service_id);
+
+// 1 when the attempt was counted, 0 when there may be no more: three are allowed. -1 when there is
+// no count or it cannot be written.
+int CountAttempt(short service_id, const wchar_t* format);
+
+// Whether more than three are counted, which only another program can have done.
+bool HasExceededAttempts(short service_id, const wchar_t* format);
+
+}  // namespace wexpol
+
+#endif  // WEXPOL_SERVICES_SERVICE_ATTEMPTS_H_

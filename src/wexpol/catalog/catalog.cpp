@@ -63,6 +63,13 @@ constexpr const RecordClass* kTables[] = {
 };
 constexpr std::size_t kLocalTables = 6;
 
+bool CanBePrepared(sqlite3* db, const char* sql) {
+  sqlite3_stmt* select = nullptr;
+  sqlite3_prepare_v2(db, sql, -1, &select, nullptr);
+  sqlite3_finalize(select);
+  return select != nullptr;
+}
+
 }  // namespace
 
 std::span<const RecordClass* const> AllTables() { return kTables; }
@@ -79,12 +86,11 @@ const RecordClass* FindTable(std::string_view name) {
 
 bool HasAllTables(sqlite3* db) {
   const ReadScope scope(db);
-  return std::ranges::all_of(kTables, [&](const RecordClass* each) {
-    sqlite3_stmt* select = nullptr;
-    sqlite3_prepare_v2(db, each->table().select_sql().c_str(), -1, &select, nullptr);
-    sqlite3_finalize(select);
-    return select != nullptr;
-  });
+  // The other name of the settings of remote control, which is a view.
+  return CanBePrepared(db, "SELECT id FROM remote_control_settings") &&
+         std::ranges::all_of(kTables, [&](const RecordClass* each) {
+           return CanBePrepared(db, each->table().select_sql().c_str());
+         });
 }
 
 }  // namespace wexpol

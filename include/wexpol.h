@@ -1,8 +1,9 @@
-// WexPolicy: everything a host includes.
+// WexPolicy: everything a host includes, the engine's header too.
 
 #ifndef WEXPOL_H_
 #define WEXPOL_H_
 
+#include "sqlite3.h"
 #include "wexpol/alerts/alert_check.h"
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/alert_log.h"

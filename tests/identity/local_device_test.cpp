@@ -103,6 +103,9 @@ TEST_F(LocalDeviceTest, AGivenDeviceKeepsTheStoredIdOut) {
   EXPECT_EQ(Header(info), L"no: X-Api-Token: nobody");
   EXPECT_TRUE(db().GetAuthInfo(info, false, 7, true) && info.account_disabled);
   EXPECT_EQ(info.policy_api_url, nullptr);
+  Sql("ALTER TABLE accounts RENAME TO elsewhere");  // It might be disabled.
+  EXPECT_FALSE(db().GetAuthInfo(info, false, 7, true));
+  EXPECT_EQ(Header(info), L"no: X-Api-Token: nobody");
   const std::string log = ReadBytes(CFilePaths::GetLocationLogFile());
   const auto failed = log.find("> CServiceConfiguration::GetServiceConfiguration failed");
   EXPECT_LT(log.find("> CDevice::GetToken DeviceId = 6"), failed);

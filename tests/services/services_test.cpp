@@ -3,12 +3,14 @@
 
 #include "tests/support/policy_test.h"
 #include "wexpol/platform/agent_registry.h"
+#include "wexpol/platform/device_info.h"
 #include "wexpol/services/server_edition.h"
 #include "wexpol/services/service_attempts.h"
 
 namespace {
 
 using wexpol::AgentKey;
+using std::string_literals::operator""s;
 
 class ServicesTest : public PolicyTest {
  protected:
@@ -63,6 +65,15 @@ TEST_F(ServicesTest, WithoutALocalDeviceEverythingIsFalse) {
   EXPECT_EQ(Answers(), "|||||||||");
   CAvComponents components;
   EXPECT_FALSE(db().GetAvComponents(components));
+}
+
+// Some questions take a stored id as it is, the others only from 1 on.
+TEST_F(ServicesTest, AStoredIdBelowOne) {
+  for (const char* id : {"0", "-7"}) {
+    CDeviceInfo::WriteDeviceID(std::atol(id));
+    Sql("UPDATE device_services SET device_id="s + id + " WHERE id<8; UPDATE devices SET id=" + id);
+    EXPECT_EQ(Answers(), "Nn|Nn|Nn|nI|nIB|||||") << id;
+  }
 }
 
 TEST_F(ServicesTest, OneColumnCanBeWritten) {

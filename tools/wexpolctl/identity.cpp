@@ -2,10 +2,10 @@
 
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
-#include "wexpol/identity/auth_info.h"
 #include "wexpol/identity/device.h"
 #include "wexpol/identity/machine_id.h"
 #include "wexpol/platform/device_info.h"
+#include "wexpol/requests/auth_info.h"
 
 namespace wexpolctl {
 namespace {

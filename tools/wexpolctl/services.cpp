@@ -1,22 +1,22 @@
 // wexpolctl services and options: the protection services of this device.
 
+#include <algorithm>
+
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "wexpol/records/query.h"
 #include "wexpol/services/device_service.h"
+#include "wexpol/services/service.h"
 #include "wexpol/services/service_attempts.h"
 
 namespace wexpolctl {
 namespace {
 
-constexpr short kAntivirus = 1;
-constexpr short kAllowedAttempts = 3;
-
 // Nothing where the agent does not count.
 Cell AttemptsLeft(CPolicyDB& session, short service, const wchar_t* format) {
   short count;
   if (!session.ReadServiceAttemptsFromRegistry(count, service, format)) return Nothing();
-  return Number(count < kAllowedAttempts ? kAllowedAttempts - count : 0);
+  return Number(std::max(0, wexpol::kMaxAttempts - count));
 }
 
 ExitCode Services(Call& call) {
@@ -54,7 +54,7 @@ ExitCode Services(Call& call) {
 ExitCode InstallerOptions(Call& call) {
   Database database(call.database);
   CDeviceService antivirus;
-  if (!database.session().GetDeviceService(antivirus, kAntivirus)) {
+  if (!database.session().GetDeviceService(antivirus, wexpol::kAntivirusService)) {
     throw Failure{kFinding, "This device has no antivirus service.",
                   "Synchronise devices and device_services; see 'wexpolctl services'."};
   }

@@ -1,7 +1,11 @@
 #include "wexpol/devicecare/account_backup_detail.h"
 
+#include "wexpol/identity/account.h"
+#include "wexpol/identity/local_device.h"
 #include "wexpol/identity/password.h"
+#include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
+#include "wexpol/services/service.h"
 
 namespace {
 
@@ -20,6 +24,24 @@ const wexpol::Table& CAccountBackupDetail::Table() {
   static const wexpol::Table& table =
       *new wexpol::Table("account_backup_details", "account_backup_detail", kColumns);
   return table;
+}
+
+bool CAccountBackupDetail::IsOnlineBackupAllowed(sqlite3* db) {
+  return wexpol::AskLocalDevice(db, false, [&](long device_id) {
+    wexpol::Statement select(
+        db,
+        "SELECT account_status_id, backups_allowed, enabled FROM device_services"
+        " INNER JOIN devices ON device_services.device_id=devices.id"
+        " INNER JOIN accounts ON accounts.id=devices.account_id"
+        " INNER JOIN account_backup_details ON account_backup_details.account_id=accounts.id"
+        " WHERE service_id=? AND devices.id=?",
+        wexpol::kOnlineBackupService, device_id);
+    if (!select.Row()) return false;
+    const bool allowed = select.Int(1) != 0;
+    // A service that does not say whether it is on follows the account.
+    const bool enabled = select.IsNull(2) ? allowed : select.Int(2) != 0;
+    return select.Int(0) == ACCOUNT_STATUS_ACTIVE && allowed && enabled;
+  });
 }
 
 PASSWORD_VALIDATION_RESULT CAccountBackupDetail::IsValidPassword(const wchar_t* given) const {

@@ -20,6 +20,9 @@ class WEXPOL_API CAccountBackupDetail
  public:
   static const wexpol::Table& Table();
 
+  // Whether account, backup details and backup service of the local device all allow online backup.
+  static bool IsOnlineBackupAllowed(sqlite3* db);
+
   // PASSWORD_NO_POLICY when no password is stored.
   PASSWORD_VALIDATION_RESULT IsValidPassword(const wchar_t* given) const;
 };

@@ -1,6 +1,7 @@
 #include "wexpol/devicecare/device_backup_detail.h"
 
 #include "wexpol/platform/file_paths.h"
+#include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -23,6 +24,15 @@ const wexpol::Table& CDeviceBackupDetail::Table() {
   static const wexpol::Table& table =
       *new wexpol::Table("device_backup_details", "device_backup_detail", kColumns);
   return table;
+}
+
+bool CDeviceBackupDetail::GetRecord(sqlite3* db, long wanted, std::string& error) {
+  static const std::string& by_device =
+      *new std::string(Table().select_sql() + " WHERE device_id=?");
+  const wexpol::ReadScope scope(db);
+  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
+                            wanted) ||
+         wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(by_device), wanted);
 }
 
 bool CDeviceBackupDetail::IsValid() const { return id > 0 && login; }

@@ -23,6 +23,10 @@ class WEXPOL_API CDeviceBackupDetail
  public:
   static const wexpol::Table& Table();
 
+  // Takes the row of that id; where there is none, that of the device of that id. False when there
+  // is neither or, with the error object in `error`, when they cannot be read.
+  bool GetRecord(sqlite3* db, long id, std::string& error);
+
   // Whether the record is a row of the console (its id is above 0) with the login that every use
   // of the backup client takes.
   bool IsValid() const;

@@ -64,6 +64,12 @@ std::wstring CInstallInvite::GetToken() const { return std::wstring(token.view()
 
 std::string CInstallInvite::GetTokenA() const { return wexpol::WideToUtf8(token.view()); }
 
+bool CInstallInvite::GetRecord(sqlite3* db, long invite_id, std::string& error) {
+  if (invite_id < 1 && ReadInstallInviteIdFromRegistry()) invite_id = id;
+  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
+                            invite_id);
+}
+
 bool CInstallInvite::DoesRecordAlreadyExist(sqlite3* db, long invite_id) {
   wexpol::Statement select(db, "SELECT id FROM install_invites WHERE id=?");
   if (!select.ok()) return false;

@@ -32,6 +32,11 @@ class WEXPOL_API CInstallInvite : public wexpol::Record<CInstallInvite, tblInsta
   std::wstring GetToken() const;
   std::string GetTokenA() const;
 
+  // Takes the row of that id or, for an id below 1, of the invitation that this computer was
+  // installed from. False when there is none or, with the error object in `error`, when it cannot
+  // be read.
+  bool GetRecord(sqlite3* db, long id, std::string& error);
+  // Whether there is a row of that id; none has the id -1.
   static bool DoesRecordAlreadyExist(sqlite3* db, long id);
 
   // Parses a document that is one record itself, and updates its row or adds it.

@@ -1,5 +1,7 @@
 #include "wexpol/devicecare/remote_control_setting.h"
 
+#include "wexpol/identity/local_device.h"
+#include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -35,6 +37,25 @@ const wexpol::Table& CRemoteControlSetting::Table() {
       *new wexpol::Table("premium_remote_control_settings", "premium_remote_control_setting",
                          kColumns, {.unwrap = &Unwrap});
   return table;
+}
+
+long CRemoteControlSetting::GetIdForThisDevice(sqlite3* db) {
+  return wexpol::AskLocalDevice(db, -1L, [&](long device_id) -> long {
+    return wexpol::QueryInt(db,
+                            "SELECT remote_control_settings.id FROM remote_control_settings"
+                            " INNER JOIN policy_services"
+                            " ON policy_services.id=remote_control_settings.policy_service_id"
+                            " INNER JOIN devices ON devices.policy_id=policy_services.policy_id"
+                            " WHERE devices.id=?",
+                            device_id)
+        .value_or(-1);
+  });
+}
+
+bool CRemoteControlSetting::GetForThisDevice(sqlite3* db, std::string& error) {
+  const wexpol::ReadScope scope(db);
+  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
+                            GetIdForThisDevice(db));
 }
 
 std::wstring CRemoteControlSetting::GetStreamQualityCommandLineOption() const {

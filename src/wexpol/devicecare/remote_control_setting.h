@@ -25,6 +25,12 @@ class WEXPOL_API CRemoteControlSetting
  public:
   static const wexpol::Table& Table();
 
+  // The id of the setting for the policy of the local device; -1 when there is none.
+  static long GetIdForThisDevice(sqlite3* db);
+  // Takes that setting. False when there is none or, with the error object in `error`, when it
+  // cannot be read.
+  bool GetForThisDevice(sqlite3* db, std::string& error);
+
   // Parameters to append to the URL of a session.
   std::wstring GetStreamQualityCommandLineOption() const;
   std::wstring GetLeaveCommandLineOptions() const;

@@ -1,8 +1,11 @@
 #include "wexpol/services/av_components.h"
 
+#include <string>
+
 #include "wexpol/records/query.h"
 #include "wexpol/records/record.h"
 #include "wexpol/records/table.h"
+#include "wexpol/services/service.h"
 
 namespace {
 
@@ -31,8 +34,6 @@ constexpr wexpol::ColumnDef kColumns[] = {
     Column<&Row::with_camera_guard>("with_camera_guard"),
 };
 
-constexpr short kAntivirus = 1;
-
 const wexpol::Table& Components() {
   static const wexpol::Table& table = *new wexpol::Table("device_services", "", kColumns);
   return table;
@@ -43,7 +44,7 @@ const wexpol::Table& Components() {
 bool CAvComponents::Get(sqlite3* db, long device_id) {
   static const std::string& sql =
       *new std::string(Components().select_sql() + " WHERE device_id=? AND service_id=?");
-  wexpol::Statement select(db, wexpol::Sql::Permanent(sql), device_id, kAntivirus);
+  wexpol::Statement select(db, wexpol::Sql::Permanent(sql), device_id, wexpol::kAntivirusService);
   if (!select.Row()) return false;
   *this = CAvComponents();
   wexpol::CopyRow(Components(), this, select.get());

@@ -73,10 +73,6 @@ constexpr InstallerOption kOptions[] = {
     {"opt_camera_guard=", &Row::with_camera_guard},
 };
 
-constexpr short kFirstStatus = 1;
-constexpr short kInstalled = 4;
-constexpr short kAvailable = 7;
-
 }  // namespace
 
 const wexpol::Table& CDeviceService::Table() {
@@ -119,7 +115,9 @@ bool CDeviceService::GetServicesMarkedForAutoUpgrade(sqlite3* db, std::set<short
 }
 
 bool CDeviceService::IsServiceInstallNeeded() const {
-  return device_service_status_id >= kFirstStatus && device_service_status_id <= kInstalled;
+  // Unlike the question of the session, the record counts an installed service.
+  return device_service_status_id >= wexpol::kServiceFirstStage &&
+         device_service_status_id <= wexpol::kServiceInstalled;
 }
 
 bool CDeviceService::IsServiceAvailable() const {
@@ -127,7 +125,8 @@ bool CDeviceService::IsServiceAvailable() const {
 }
 
 bool CDeviceService::IsServiceAvailable(short status) {
-  return (status >= kFirstStatus && status <= kInstalled) || status == kAvailable;
+  return (status >= wexpol::kServiceFirstStage && status <= wexpol::kServiceInstalled) ||
+         status == wexpol::kServiceAvailable;
 }
 
 void CDeviceService::BuildCustonIni(std::string& out) const {

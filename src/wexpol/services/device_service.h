@@ -9,11 +9,24 @@
 
 #include "wexpol/records/record.h"
 
+namespace wexpol {
+
+// What device_service_status_id says, as far as it is understood here. From the first to the last
+// of the stages the installation is still to be done.
+enum ServiceStatus : std::int16_t {
+  kServiceFirstStage = 1,
+  kServiceLastStage = 3,  // Also where the attempts to install are counted anew.
+  kServiceInstalled = 4,
+  kServiceAvailable = 7,
+};
+
+}  // namespace wexpol
+
 struct tblDeviceService {
   std::int32_t id = -1;
   std::int32_t device_id = -1;
   std::int16_t service_id = -1;
-  std::int16_t device_service_status_id = -1;  // 1 to 3 to be installed, 4 installed, 7 available.
+  std::int16_t device_service_status_id = -1;  // See ServiceStatus.
   bool remove_competitive_products = false;    // The installer removes other security products.
   bool enabled = false;
   std::int16_t upgrade_action_id = -1;  // 1 is no automatic upgrade, anything else is one.

@@ -5,11 +5,11 @@
 
 #include "wexpol/platform/agent_registry.h"
 #include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/services/device_service.h"
 
 namespace wexpol {
 namespace {
 
-constexpr int kMaxAttempts = 3;
 constexpr std::size_t kMaxName = 79;
 constexpr std::wstring_view kNumber = L"%02d";
 
@@ -39,8 +39,10 @@ bool WriteAttempts(short service_id, short count, const wchar_t* format) {
          WriteDword(AgentKey::kAgent, name.c_str(), static_cast<std::uint32_t>(count));
 }
 
-bool RestartAttempts(short service_id) {
+bool StartAttempts(short service_id, short status) {
+  if (status != kServiceLastStage) return false;
   LogMessage("SetServiceStatus _service_id=%d, _countAttempts=0", service_id);
+  // Both are written, whatever comes of the first.
   const bool downloads = WriteAttempts(service_id, 0, kDownloadAttempts);
   const bool installs = WriteAttempts(service_id, 0, kInstallAttempts);
   return downloads || installs;

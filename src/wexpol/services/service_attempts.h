@@ -10,6 +10,8 @@ namespace wexpol {
 inline constexpr wchar_t kDownloadAttempts[] = L"SDA%02d";
 inline constexpr wchar_t kInstallAttempts[] = L"SIA%02d";
 
+inline constexpr int kMaxAttempts = 3;
+
 // The name of a service's count: the format with the service id, in two digits at least, in the
 // place of its "%02d"; nothing else in it is special. Empty for a name of more than 79 characters.
 std::wstring AttemptsValueName(short service_id, const wchar_t* format);
@@ -18,14 +20,15 @@ std::wstring AttemptsValueName(short service_id, const wchar_t* format);
 bool ReadAttempts(short& count, short service_id, const wchar_t* format);
 bool WriteAttempts(short service_id, short count, const wchar_t* format);
 
-// Both counts of the service become 0; false when neither could be written.
-bool RestartAttempts(short service_id);
+// The last stage of an installation, by its ServiceStatus, starts both counts of the service at 0;
+// false when neither could be written. Any other status does nothing and is false.
+bool StartAttempts(short service_id, short status);
 
-// 1 when the attempt was counted, 0 when there may be no more: three are allowed. -1 when there is
+// 1 when the attempt was counted, 0 when there may be no more. -1 when there is
 // no count or it cannot be written.
 int CountAttempt(short service_id, const wchar_t* format);
 
-// Whether more than three are counted, which only another program can have done.
+// Whether more than are allowed are counted, which only another program can have done.
 bool HasExceededAttempts(short service_id, const wchar_t* format);
 
 }  // namespace wexpol

@@ -2,7 +2,6 @@
 
 #include "wexpol/policydb/facade.h"
 #include "wexpol/records/document.h"
-#include "wexpol/services/service.h"
 #include "wexpol/webfilter/category.h"
 #include "wexpol/webfilter/filter_category.h"
 #include "wexpol/webfilter/filter_proxy_port.h"
@@ -28,8 +27,6 @@ bool CPolicyDB::IsPornCategoryPresent(const std::set<std::wstring>& names) {
 bool CPolicyDB::GetNoCacheCategories(std::string& out) {
   return wexpol::Ask([&] { return CCategory::GetNoCacheCategories(out, handle()); });
 }
-
-bool CPolicyDB::IsFilterMachineOriented() { return CService::IsFilterMachineOriented(handle()); }
 
 bool CPolicyDB::AddFilterSettings(const char* json) { return Add<CFilterSetting>(json); }
 bool CPolicyDB::ClearFilters() { return Clear<CFilterSetting>(); }

@@ -1,10 +1,9 @@
-#include "wexpol/identity/auth_info.h"
+#include "wexpol/requests/auth_info.h"
 
 #include <memory>
 #include <optional>
-#include <string_view>
-#include <utility>
 
+#include "wexpol/devicecare/install_invite.h"
 #include "wexpol/identity/account.h"
 #include "wexpol/identity/device.h"
 #include "wexpol/platform/device_info.h"
@@ -61,33 +60,37 @@ void CAuthInfo::Reset() {
   account_disabled = false;
 }
 
-void CAuthInfo::ReadAccount(sqlite3* db) {
+// False when the row is not to be had; there may be none.
+bool CAuthInfo::ReadAccount(sqlite3* db) {
+  wexpol::Statement select(db, wexpol::Sql::Permanent(CAccount::Table().select_sql()));
+  const int code = select.Step();
+  if (code != SQLITE_ROW) return code == SQLITE_DONE;
   CAccount account;
-  const auto sql = wexpol::Sql::Permanent(CAccount::Table().select_sql());
-  if (!wexpol::QueryRecord(account, db, sql)) return;
+  account.CopyFromDB(select.get());
   account_id = account.id;
   account_disabled = account.account_status_id == ACCOUNT_STATUS_DISABLED;
+  return true;
 }
 
 // A line break would let the token write header lines of its own.
-bool CAuthInfo::TakeToken(const wchar_t* name, wexpol::WideText found) {
-  const bool usable = found != nullptr && found.view().find_first_of(L"\r\n") == found.view().npos;
+bool CAuthInfo::TakeToken(const wchar_t* name, wchar_t* found) {
+  token = wexpol::WideText::Adopt(std::unique_ptr<wchar_t[]>(found));
+  const bool usable = token != nullptr && token.view().find_first_of(L"\r\n") == std::wstring::npos;
   header_name = usable ? name : nullptr;
-  token = usable ? std::move(found) : wexpol::WideText();
+  if (!usable) token = nullptr;
   return usable;
 }
 
 bool CAuthInfo::TakeDeviceToken(sqlite3* db) {
   wchar_t* found;
   CDevice::GetToken(&found, db, device_id);
-  return TakeToken(kDeviceHeader, wexpol::WideText::Adopt(std::unique_ptr<wchar_t[]>(found)));
+  return TakeToken(kDeviceHeader, found);
 }
 
 bool CAuthInfo::TakeInviteToken(sqlite3* db) {
-  const wexpol::Text found = wexpol::QueryText(db, "SELECT token FROM install_invites");
-  return TakeToken(kInviteHeader, found == nullptr
-                                      ? wexpol::WideText()
-                                      : wexpol::WideText(wexpol::Utf8ToWide(found.view())));
+  wchar_t* found;
+  CInstallInvite::GetToken(&found, db);
+  return TakeToken(kInviteHeader, found);
 }
 
 bool CAuthInfo::TakeUrl(sqlite3* db) {
@@ -99,8 +102,8 @@ bool CAuthInfo::TakeUrl(sqlite3* db) {
 bool CAuthInfo::Read(sqlite3* db, bool fail_if_disabled, long of_device, bool allow_invite_token) {
   Reset();
   Reading reading(db);
-  ReadAccount(db);
-  if (account_disabled && fail_if_disabled) return false;
+  // Without an account the read goes on; one that cannot be read might be disabled.
+  if (!ReadAccount(db) || (account_disabled && fail_if_disabled)) return false;
   if (of_device < 1) {
     GetDeviceId(db);
   } else {

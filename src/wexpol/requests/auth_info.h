@@ -1,7 +1,7 @@
 // The credentials of a request to the console.
 
-#ifndef WEXPOL_IDENTITY_AUTH_INFO_H_
-#define WEXPOL_IDENTITY_AUTH_INFO_H_
+#ifndef WEXPOL_REQUESTS_AUTH_INFO_H_
+#define WEXPOL_REQUESTS_AUTH_INFO_H_
 
 #include <cstdint>
 #include <string>
@@ -23,9 +23,10 @@ class WEXPOL_API CAuthInfo {
   void Reset();
 
   // Fills the object; true when a header name and a token were found. An id below 1 means the local
-  // device. A disabled account can be made to fail; a device without a token, or with an empty one,
-  // can fall back to the token of the invitation that it was installed from. A read that meets a
-  // table which is just being rewritten is tried again. Nothing of a token remains after false.
+  // device. A disabled account can be made to fail; an account that cannot be read fails always. A
+  // device without a token, or with an empty one, can fall back to the token of the invitation that
+  // it was installed from. A read that meets a table which is just being rewritten is tried again.
+  // Nothing of a token remains after false.
   bool Read(sqlite3* db, bool fail_if_disabled, long of_device, bool allow_invite_token);
 
   // Takes the stored device id, else that of the first device with a token, which is then stored.
@@ -47,12 +48,12 @@ class WEXPOL_API CAuthInfo {
   bool account_disabled = false;
 
  private:
-  void ReadAccount(sqlite3* db);
+  bool ReadAccount(sqlite3* db);
   bool TakeUrl(sqlite3* db);
   bool TakeDeviceToken(sqlite3* db);
   bool TakeInviteToken(sqlite3* db);
-  // Takes the header with it; drops both for a token that cannot be sent.
-  bool TakeToken(const wchar_t* name, wexpol::WideText found);
+  // Takes over `found`, with the name of its header line; drops both when it cannot be sent.
+  bool TakeToken(const wchar_t* name, wchar_t* found);
 };
 
-#endif  // WEXPOL_IDENTITY_AUTH_INFO_H_
+#endif  // WEXPOL_REQUESTS_AUTH_INFO_H_

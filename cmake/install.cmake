@@ -3,9 +3,9 @@
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/wexpol)
 set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/wexpol)
 
-# Public are wexpol.h and the headers of src/ that it includes, directly or not.
+# Public are the headers of include/ and those of src/ that they include, directly or not.
 set(public_headers "")
-set(unread ${CMAKE_SOURCE_DIR}/include/wexpol.h)
+file(GLOB unread CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/include/*.h)
 while(unread)
   list(POP_FRONT unread header)
   if(NOT EXISTS ${header}) # of another library

@@ -64,5 +64,6 @@
 #include "wexpol/webfilter/proxy_port.h"
 #include "wexpol/webfilter/safe_search_parameter.h"
 #include "wexpol/webfilter/swg_settings.h"
+#include "wexpol_version.h"
 
 #endif  // WEXPOL_H_

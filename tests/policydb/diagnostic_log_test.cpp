@@ -13,6 +13,7 @@
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/named_mutex.h"
 #include "wexpol/platform/text.h"
+#include "wexpol_version.h"
 
 namespace {
 
@@ -51,9 +52,7 @@ TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
   const std::string head = "07/04/09 08:05:09 " +
                            wexpol::WideToUtf8(wexpol::LogColumn(wexpol::CurrentUserName())) +
                            " wexpol_t - WexPol > ";
-  EXPECT_EQ(TextOf(path_), "ClientVersion = " + std::to_string(WEXPOL_VERSION_MAJOR) + "." +
-                               std::to_string(WEXPOL_VERSION_MINOR) + "." +
-                               std::to_string(WEXPOL_VERSION_PATCH) + ", DeviceID = 42\n" + head +
+  EXPECT_EQ(TextOf(path_), "ClientVersion = " WEXPOL_VERSION ", DeviceID = 42\n" + head +
                                "s\xC3\xA4t = -5\n" + head + std::string(100'000, 'x') + "\n");
 }
 

@@ -12,6 +12,7 @@
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
+#include "wexpol_version.h"
 
 namespace wexpolctl {
 
@@ -171,9 +172,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
   app.add_option("--root", globals.root,
                  "Work on a folder instead of the machine: its files and a registry of its own")
       ->option_text("FOLDER");
-  app.set_version_flag("--version", "wexpolctl " + std::to_string(WEXPOL_VERSION_MAJOR) + "." +
-                                        std::to_string(WEXPOL_VERSION_MINOR) + "." +
-                                        std::to_string(WEXPOL_VERSION_PATCH));
+  app.set_version_flag("--version", "wexpolctl " WEXPOL_VERSION);
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // A path may begin with a slash.
   const std::vector<Entry> entries = AddCommands(app);

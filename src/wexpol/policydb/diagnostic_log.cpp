@@ -12,6 +12,7 @@
 #include "wexpol/platform/named_mutex.h"
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/text.h"
+#include "wexpol_version.h"
 
 namespace wexpol {
 namespace {
@@ -80,8 +81,7 @@ void PutAsideWhenLarge(const Settings& settings) {
 std::string NewFileLine() {
   long device_id = -1;
   CDeviceInfo::GetDeviceID(&device_id);
-  return Format("ClientVersion = %d.%d.%d, DeviceID = %ld\n", WEXPOL_VERSION_MAJOR,
-                WEXPOL_VERSION_MINOR, WEXPOL_VERSION_PATCH, device_id);
+  return Format("ClientVersion = %s, DeviceID = %ld\n", WEXPOL_VERSION, device_id);
 }
 
 std::string LineHead(const Settings& settings) {

@@ -1,0 +1,168 @@
+// Eight processes that use the file at once, and eight that share the log.
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "sweeps/store.h"
+#include "tests/support/child_process.h"
+#include "wexpol/policydb/diagnostic_log.h"
+
+namespace {
+
+using namespace sweeps;
+
+constexpr int kProcesses = 8;
+
+// What a process found bad is its exit code less 2; it notes how much it did.
+int Ended(const std::string& process, long count, int bad = -2) {
+  const std::wstring suffix = L".count" + std::wstring(process.begin(), process.end());
+  WriteFileBytes(Beside(suffix.c_str()), std::to_string(count));
+  return bad + 2;
+}
+
+// Runs the child function in all processes, with its number and the arguments.
+void RunProcesses(const Store& store, const std::string& function, const Options& options,
+                  Figures& figures) {
+  std::vector<std::unique_ptr<ChildProcess>> children;
+  for (int i = 0; i < kProcesses; ++i) {
+    children.push_back(std::make_unique<ChildProcess>(
+        store.folder(), function,
+        Arguments{std::to_string(i), std::to_string(options.seed), std::to_string(options.size)}));
+  }
+  for (int i = 0; i < kProcesses; ++i) {
+    const std::wstring count = Beside((L".count" + std::to_wstring(i)).c_str());
+    if (!children[static_cast<std::size_t>(i)]->Succeeded()) {
+      figures.Add(kCrash, "process " + std::to_string(i) + ", see above");
+    }
+    figures.points += std::atol(ReadFileBytes(count).c_str());
+  }
+}
+
+// Two of the processes synchronise; all of them decide, learn, note alerts and read.
+int UseTheFile(const Arguments& arguments) {
+  const long process = std::atol(arguments[0].c_str());
+  Random random(static_cast<std::uint32_t>(std::atol(arguments[1].c_str()) * 100 + process));
+  const auto end =
+      std::chrono::steady_clock::now() + std::chrono::seconds(std::atol(arguments[2].c_str()));
+  CPolicyDB db(kAccessCode, DatabasePath().c_str(), kReadWrite, 10000);
+  const Handle raw = OpenRaw();
+  sqlite3_busy_timeout(raw.get(), 10000);
+  long count = 0;
+  const auto fails = [&](const char* what) {
+    std::fprintf(stderr, "process %ld: %s: %s\n", process, what, db.GetError().c_str());
+    return Ended(arguments[0], count, kLockKept);
+  };
+  for (; std::chrono::steady_clock::now() < end; ++count) {
+    switch (Below(random, process < 2 ? 5 : 4)) {
+      case 0: {
+        const unsigned char digest[16] = {static_cast<unsigned char>(random()), 7};
+        CAppControlInfo info;
+        info.login_id = 1;
+        if (!db.IsAppControlled(info, "patience.exe", digest, 16)) return fails("decision");
+        break;
+      }
+      case 1: {
+        std::vector<long> to_send;
+        if (!db.AddAlertLogBuffer(to_send, 20, "stopped")) return fails("occurrence");
+        break;
+      }
+      case 2: {
+        std::list<CDevice*> devices;
+        const bool all = db.GetDevices(devices, nullptr, 0);
+        for (CDevice* each : devices) delete each;
+        if (!all) return fails("list");
+        break;
+      }
+      case 3:
+        if (StoredGeneration(raw.get()) < 0) return fails("a mixed synchronisation");
+        break;
+      default:
+        if (!StoreGeneration(db, GenerationDocument(Below(random, 1000)).c_str())) {
+          return fails("synchronisation");
+        }
+    }
+  }
+  return Ended(arguments[0], count);
+}
+
+const ChildFunction kUser("use", &UseTheFile);
+
+void RunUsers(const Options& options, Figures& figures) {
+  const Store store;
+  StoreSamples();
+  {
+    CPolicyDB db(kAccessCode, DatabasePath().c_str(), kReadWrite, 1000);
+    StoreGeneration(db, GenerationDocument(0).c_str());
+  }
+  RunProcesses(store, "use", options, figures);
+  CPolicyDB db(kAccessCode, DatabasePath().c_str(), kReadWrite, 1000);
+  if (!db.CheckIntegrity()) figures.Add(kDamage, "after all processes");
+}
+
+// Lines of different lengths; so many that the log is put aside three times at least.
+constexpr std::uint64_t kThreshold = 60000;
+
+std::string LogText(int process, long line) {
+  return std::to_string(process) + " " + std::to_string(line) + " " +
+         std::string(static_cast<std::size_t>(line * 7 % 90), static_cast<char>('a' + process)) +
+         ".";
+}
+
+int WriteTheLog(const Arguments& arguments) {
+  wexpol::ResetLogForTesting(kThreshold);
+  const int process = std::atoi(arguments[0].c_str());
+  const long lines = std::atol(arguments[2].c_str()) / kProcesses;
+  for (long line = 0; line < lines; ++line) {
+    if (!wexpol::LogMessage("%s", LogText(process, line).c_str())) {
+      return Ended(arguments[0], line, kLockKept);
+    }
+  }
+  return Ended(arguments[0], lines);
+}
+
+const ChildFunction kLogger("log", &WriteTheLog);
+
+// In both generations of the log, each line is whole and each process's lines follow one another up
+// to its last.
+void RunLog(const Options& options, Figures& figures) {
+  const Store store;
+  RunProcesses(store, "log", options, figures);
+  const std::wstring path = CFilePaths::GetLocationLogFile();
+  const std::string current = ReadFileBytes(path);
+  const std::string old = ReadFileBytes(path + L".old.log");
+  long written = 0;
+  std::map<int, long> next;
+  std::istringstream lines(old + current);
+  for (std::string line; std::getline(lines, line);) {
+    const std::size_t at = line.find(" WexPol > ");
+    int process = -1;
+    long number = -1;
+    if (line.starts_with("ClientVersion = ")) continue;
+    if (at == line.npos || std::sscanf(line.c_str() + at + 10, "%d %ld", &process, &number) != 2 ||
+        line.substr(at + 10) != LogText(process, number)) {
+      figures.Add(kMixed, "log: " + line);
+    } else if (const auto found = next.find(process);
+               found != next.end() && found->second != number) {
+      figures.Add(kMixed, "log: out of turn: " + line);
+    }
+    next[process] = number + 1;
+  }
+  for (const auto& [process, end] : next) {
+    if (end != options.size / kProcesses) figures.Add(kMixed, "log: a last line is missing");
+  }
+  for (int i = 0; i < kProcesses; ++i) {
+    for (long line = 0; line < options.size / kProcesses; ++line) {
+      written += static_cast<long>(LogText(i, line).size()) + 50;
+    }
+  }
+  if (old.size() <= kThreshold || written < static_cast<long>(3 * kThreshold)) {
+    figures.Add(kMixed, "log: not put aside three times");
+  }
+}
+
+const Sweep kUsers("processes", 60, 3, &RunUsers);
+const Sweep kLog("log", 16000, 2400, &RunLog);
+
+}  // namespace

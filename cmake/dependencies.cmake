@@ -1,5 +1,5 @@
 # The libraries of others, out of build/deps and Debian's packages: third_party_headers,
-# OpenSSL::Crypto, Threads::Threads, gtest, gmock, and benchmark on the host.
+# OpenSSL::Crypto, Threads::Threads, gtest, and benchmark on the host.
 set(WEXPOL_DEPS ${CMAKE_SOURCE_DIR}/build/deps)
 if(NOT EXISTS ${WEXPOL_DEPS}/sqlite3mc/sqlite3.c)
   message(FATAL_ERROR "Dependencies are missing. Run scripts/bootstrap, then configure again.")
@@ -28,6 +28,7 @@ find_package(OpenSSL 3.0 REQUIRED COMPONENTS Crypto)
 find_package(Threads REQUIRED)
 
 set(INSTALL_GTEST OFF)
+set(BUILD_GMOCK OFF)
 add_subdirectory(/usr/src/googletest third_party/googletest EXCLUDE_FROM_ALL SYSTEM)
 
 if(NOT WIN32)

@@ -8,23 +8,16 @@ using AlertTablesTest = PolicyTest;
 using Texts = std::vector<std::string>;
 
 TEST_F(AlertTablesTest, TypesFromTheConsole) {
-  EXPECT_FALSE(db().ClearAndAddAlertEventTypes(R"({"alert_event_type":[
-      {"id":2,"alert_id":20,"event_type_id":5,"enabled":1,"auto_acknowledge_enabled":true},
-      {"id":1,"alert_id":10,"event_type_id":5,"name":"n","enabled":true,"suppression_duration":5,
-       "threshold":3,"threshold_unit_id":2,"time_window":7,"details":"d"},
-      {"id":3}]})"));
-  EXPECT_EQ(Rows("SELECT * FROM alert_event_types"),
-            (Texts{"2|20|5|NULL|0|0|0|1|0|NULL|1", "1|10|5|n|1|5|3|2|7|d|0"}));
+  Sql("INSERT INTO alert_event_types(id,event_type_id,enabled,auto_acknowledge_enabled) "
+      "VALUES(2,5,0,1),(1,5,1,0),(3,6,0,0)");
   CAlertEventType type;
-  EXPECT_FALSE(db().GetAlertEventType(&type, 2L));
-  EXPECT_TRUE(db().GetAlertEventType(&type, short{5}) && type.id == 1);
-  EXPECT_TRUE(db().GetAlertEventType(&type, 1L));
-  EXPECT_TRUE(db().IsAutoAcknowledgeEnabled(5));  // By a type that is not enabled.
-  EXPECT_FALSE(db().IsAutoAcknowledgeEnabled(6));
-  EXPECT_TRUE(db().ClearAndAddSalesAlertOptions(R"([{"id":7,"av_enabled":true,"ram_enabled":1}])"));
-  CSalesAlertOption option;
-  EXPECT_TRUE(db().GetSalesAlertOptions(&option));
-  EXPECT_TRUE(option.id == 7 && option.av_enabled && !option.ram_enabled);
+  EXPECT_TRUE(db().GetAlertEventType(&type, short{5}));
+  EXPECT_EQ(type.id, 1);
+  EXPECT_EQ(Join(db().GetAlertEventType(&type, 1L), db().GetAlertEventType(&type, 2L),
+                 db().GetAlertEventType(&type, short{6}), db().GetAlertEventType(nullptr, 1L)),
+            "1 0 0 0");
+  // By a type that is not enabled.
+  EXPECT_EQ(Join(db().IsAutoAcknowledgeEnabled(5), db().IsAutoAcknowledgeEnabled(6)), "1 0");
 }
 
 TEST_F(AlertTablesTest, RulesAndLimits) {
@@ -35,10 +28,10 @@ TEST_F(AlertTablesTest, RulesAndLimits) {
   const std::int64_t giga = 1 << 30;
   const std::int64_t limits[][5] = {
       // Unit, threshold, value, total; whether it is reached.
-      {2, 2, 2047, 0, 1},     {2, 2, 2048, 0, 0},   {3, 1, 1048575, 0, 1},  {3, 1, 1048576, 0, 0},
-      {4, 8, 8 * giga, 0, 0}, {4, -1, -giga, 0, 0}, {4, 8, -1, 0, 1},       {5, 15, 30, 200, 1},
-      {5, 14, 30, 200, 0},    {5, 99, 1, 0, 0},     {5, 15, 319, 2000, 1},  {5, 99, -1, 0, 0},
-      {1, 9, 0, 100, 0},      {6, 9, 0, 100, 0},    {5, 9, INT64_MAX, 1, 0}};
+      {2, 2, 2047, 0, 1},     {2, 2, 2048, 0, 0},   {3, 1, 1048575, 0, 1}, {3, 1, 1048576, 0, 0},
+      {4, 8, 8 * giga, 0, 0}, {4, -1, -giga, 0, 0}, {4, 8, -1, 0, 1},      {5, 15, 30, 200, 1},
+      {5, 14, 30, 200, 0},    {5, 99, 1, 0, 0},     {5, 28, 29, 100, 1},   {5, 15, 319, 2000, 1},
+      {5, 99, -1, 0, 0},      {1, 9, 0, 100, 0},    {6, 9, 0, 100, 0},     {5, 9, INT64_MAX, 1, 0}};
   for (const auto& [unit, threshold, value, total, reached] : limits) {
     type.threshold_unit_id = static_cast<short>(unit);
     type.threshold = static_cast<int>(threshold);
@@ -83,8 +76,11 @@ TEST_F(AlertTablesTest, LogsAreReportedInLocalTimeAndLeaveOnlyWhenDeleted) {
   EXPECT_TRUE(db().GetAlertLogs(logs.list, 1));
   EXPECT_TRUE(db().DeleteAlertLog(logs.list.front()));
   EXPECT_EQ(Rows("SELECT id FROM alert_logs"), (Texts{"2", "3"}));
+  EXPECT_TRUE(db().DeleteAlertLogs(1));
+  EXPECT_EQ(Rows("SELECT id FROM alert_logs"), Texts{"3"});
   EXPECT_TRUE(db().DeleteAlertLogs(0));
   EXPECT_EQ(Rows("SELECT id FROM alert_logs"), Texts());
+  EXPECT_FALSE(db().DeleteAlertLog(nullptr));
 }
 
 TEST_F(AlertTablesTest, SentAlertsAreKeptByKindOfEvent) {
@@ -93,10 +89,17 @@ TEST_F(AlertTablesTest, SentAlertsAreKeptByKindOfEvent) {
   EXPECT_FALSE(db().DidWeSendThisTypeOfAlert(-1));  // Stored as NULL, found by nothing.
   EXPECT_FALSE(db().DidWeSendThisTypeOfAlertBeforeThisTime(5, 1710331200));
   EXPECT_TRUE(db().DidWeSendThisTypeOfAlertBeforeThisTime(5, 1710331201));
+  EXPECT_FALSE(db().DidWeSendThisTypeOfAlertBeforeThisTime(7, 1710331201));  // Another kind.
   EXPECT_EQ(db().RemoveAlertSent(5), SQLITE_DONE);
   EXPECT_EQ(Rows("SELECT * FROM alerts_sent"), (Texts{"2|6|1710331200", "3|NULL|1710331200"}));
   EXPECT_EQ(db().RemoveAlertSent(0), SQLITE_DONE);
   EXPECT_EQ(Rows("SELECT id FROM alerts_sent"), Texts());
+
+  Sql("INSERT INTO alert_logs_buffer(alert_event_type_id) VALUES(1),(2),(3)");
+  for (const auto& [type, left] : {std::pair(1, "2,3"), {3, "2"}, {4, "2"}, {0, "NULL"}}) {
+    EXPECT_EQ(CAlertLogBuffer::DeleteByType(handle(), type), SQLITE_DONE);
+    EXPECT_EQ(Row("SELECT group_concat(alert_event_type_id) FROM alert_logs_buffer"), left);
+  }
 }
 
 }  // namespace

@@ -137,6 +137,15 @@ TEST_F(AlertTimingTest, ClockSetBackMakesChecksDueButGoesOnSuppressing) {
   EXPECT_EQ(Record(1), 0);
 }
 
+TEST_F(AlertTimingTest, AMinuteIsEnoughToSuppress) {
+  AddTypes("(1,5,1,1,1,1,10)");
+  EXPECT_TRUE(db().UpdateAlertCheck(1, true));
+  for (const auto& [step, sent] : {std::pair(0, 0), {59, 0}, {1, 1}}) {
+    environment().clock().Advance(step);
+    EXPECT_EQ(Record(1), sent) << step;
+  }
+}
+
 TEST_F(AlertTimingTest, DurationsWrapAt32BitsAndCountsStopAt32767) {
   // In seconds 2^31 + 52 and 2^32 + 44.
   AddTypes("(1,5,1,35791395,1,1,10),(2,5,1,71582789,1,1,0),(3,5,1,0,32767,1,10)");
@@ -199,7 +208,8 @@ TEST_F(AlertTimingTest, TwoProcessesLoseNoOccurrence) {
   AddTypes("(1,5,1,0,7,1,10000)");
   ChildProcess first(environment().folder(), "record_occurrences");
   ChildProcess second(environment().folder(), "record_occurrences");
-  EXPECT_TRUE(first.Succeeded() && second.Succeeded());
+  EXPECT_TRUE(first.Succeeded());
+  EXPECT_TRUE(second.Succeeded());
   EXPECT_EQ(Rows("SELECT 1 FROM alerts_sent").size(), 2 * kPerProcess / 7);
   EXPECT_EQ(Rows("SELECT 1 FROM alert_logs_buffer").size(), 2 * kPerProcess % 7);
 }

@@ -9,9 +9,10 @@ using AntivirusSettingsTest = PolicyTest;
 TEST_F(AntivirusSettingsTest, SettingsFromTheConsole) {
   CNxbAvSetting setting;
   EXPECT_FALSE(db().GetNxbAvSetting(&setting));
-  ASSERT_TRUE(db().ClearAndAddNxbAvSettings(R"({"nxb_av_settings":[{"id":1,"license":"L"}]})"));
-  ASSERT_TRUE(db().GetNxbAvSetting(&setting));
-  EXPECT_EQ(Json(setting), R"({"id": 1,"license": "L"})");
+  for (const char* id : {(const char*)nullptr, "DEADBEEF", "deadbeef", "", "DEADBEEF1"}) {
+    setting.nxb_settings_id = id;  // The console's sign that there are no settings.
+    EXPECT_EQ(setting.IsValid(), id && id != std::string("DEADBEEF"));
+  }
 
   CAppearance appearance;
   ASSERT_TRUE(db().AddAppearances(R"({"appearance":{"id":5,"tray_notification":2,

@@ -10,11 +10,11 @@ namespace {
 class OnlineBackupTest : public PolicyTest {};
 
 TEST_F(OnlineBackupTest, AllowedOnlyWhenAccountDetailsAndServiceAgree) {
-  Sql("INSERT INTO devices(id,account_id) VALUES(7,1); INSERT INTO accounts(id) VALUES(1);"
+  Sql("INSERT INTO devices(id,account_id) VALUES(1,1); INSERT INTO accounts(id) VALUES(1);"
       "INSERT INTO account_backup_details(account_id) VALUES(1);"
-      "INSERT INTO device_services(id,device_id,service_id,enabled) VALUES(1,7,3,1),(2,7,4,NULL)");
+      "INSERT INTO device_services(id,device_id,service_id,enabled) VALUES(1,1,3,1),(2,1,4,NULL)");
   EXPECT_FALSE(db().IsOnlineBackupAllowed(nullptr));  // No local device.
-  CDeviceInfo::WriteDeviceID(7L);
+  CDeviceInfo::WriteDeviceID(1L);
   const std::string values[] = {"0", "1", "2", "NULL"};
   std::string allowing;
   for (int i = 0; i < 64; ++i) {
@@ -44,9 +44,10 @@ TEST_F(OnlineBackupTest, CommandLines) {
                          L"\"|backupnow u -silent|-username:u -password:p w");
   detail.password = nullptr;
   EXPECT_EQ(lines(), L"1|backupnow u -silent|3");
-  EXPECT_FALSE(detail.IsValid());
-  detail.id = 1;
-  EXPECT_TRUE(detail.IsValid());
+  for (const int id : {-1, 0, 1}) {
+    detail.id = id;
+    EXPECT_EQ(detail.IsValid(), id == 1) << id;
+  }
   detail.login = nullptr;
   EXPECT_FALSE(detail.IsValid());
 }
@@ -95,7 +96,7 @@ TEST_F(OnlineBackupTest, StatisticsOfASession) {
     const CDeviceBackupStatistics statistics(session);
     EXPECT_EQ(statistics.backup_status_id, status) << result;
     EXPECT_EQ(statistics.backup_success_date, status == 1 ? 1090 : -1) << result;
-    EXPECT_TRUE(statistics.backup_duration == 90 && statistics.backup_size == 4);
+    EXPECT_EQ(Join(statistics.backup_duration, statistics.backup_size), "90 4");
     session.stopped_by_user = true;
     EXPECT_EQ(CDeviceBackupStatistics(session).backup_status_id, result == 0 ? 3 : status);
   }

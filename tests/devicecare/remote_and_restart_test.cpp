@@ -22,7 +22,10 @@ class DeviceCareTest : public PolicyTest {
 
 TEST_F(DeviceCareTest, RemoteControlDocumentsAndUrlParameters) {
   CRemoteControlSetting setting;
-  EXPECT_EQ(setting.GetStreamQualityCommandLineOption(), L"&color=64k");
+  for (const std::int16_t quality : std::initializer_list<std::int16_t>{-1, 1, 3}) {
+    setting.stream_quality_id = quality;
+    EXPECT_EQ(setting.GetStreamQualityCommandLineOption(), L"&color=64k") << quality;
+  }
   const std::string record = R"({"id": 4,"stream_quality_id": 2,"leave_effects": true})";
   for (const char* key : {"remote_control_setting", "premium_remote_control_setting",
                           "remote_control_settings", "premium_remote_control_settings"}) {
@@ -37,11 +40,11 @@ TEST_F(DeviceCareTest, RemoteControlDocumentsAndUrlParameters) {
 
 TEST_F(DeviceCareTest, RemoteControlOfTheLocalDevice) {
   Sql("INSERT INTO devices(id,policy_id,allow_remote_connection) "
-      "VALUES(0,2,1),(6,2,1),(7,3,0),(8,4,1);"
+      "VALUES(0,2,1),(1,2,1),(7,3,0),(8,4,1);"
       "INSERT INTO policy_services(id,policy_id,service_id) VALUES(11,2,3),(12,3,3);"
       "INSERT INTO premium_remote_control_settings(id,policy_service_id) VALUES(20,11),(21,12)");
   // The local device, its setting, and whether it lets technicians in.
-  const long cases[][3] = {{-1, -1, 0}, {0, -1, 0}, {6, 20, 1}, {7, 21, 0}, {8, -1, 1}, {9, -1, 0}};
+  const long cases[][3] = {{-1, -1, 0}, {0, -1, 0}, {1, 20, 1}, {7, 21, 0}, {8, -1, 1}, {9, -1, 0}};
   for (const auto& [device, setting, allowed] : cases) {
     if (device != -1) CDeviceInfo::WriteDeviceID(device);
     CRemoteControlSetting record;
@@ -72,6 +75,8 @@ TEST_F(DeviceCareTest, RestartCommandLine) {
       {extend + R"(0,"force_action_time": 60,"user_cancel_timeout_logs_off": true)",
        L"-i 30 -o 7 -s 300 -m 60 "},
       {extend + R"(15,"user_can_extend_time": false)", L"-w 15 -o 4 -s 300 -m -1 "},
+      {R"(2,"user_extend_time": 0)", L"-w -1 -o 1 -s -1 -m -1 "},
+      {R"(2,"user_extend_time": 1)", L"-i 1 -w -1 -o 1 -s -1 -m -1 "},
   };
   const std::wstring zentra = L"-n \"Zentra Corvane - Restart Required\" -u \"Zentra Antivirus";
   for (const auto& [members, options] : cases) {
@@ -84,9 +89,10 @@ TEST_F(DeviceCareTest, RestartCommandLine) {
 
 TEST_F(DeviceCareTest, StoredRestartPolicyAndSupportDisplay) {
   CRestartPolicySettings policy;
-  EXPECT_FALSE(db().GetRestartPolicySettings(&policy) || db().IsSupportDisplaySettingsAvailable());
+  EXPECT_FALSE(db().IsSupportDisplaySettingsAvailable());
   EXPECT_TRUE(db().ClearAndAddRestartPolicySettings(R"({"id": 9})"));
-  EXPECT_TRUE(db().GetRestartPolicySettings(&policy) && policy.user_can_extend_time);
+  EXPECT_TRUE(db().GetRestartPolicySettings(&policy));
+  EXPECT_TRUE(policy.user_can_extend_time);
   EXPECT_TRUE(db().ClearAndAddSupportDisplaySettings("{}"));  // No key is required.
   EXPECT_TRUE(db().IsSupportDisplaySettingsAvailable());
 }

@@ -2,6 +2,7 @@
 
 #include "tests/support/policy_test.h"
 #include "wexpol/platform/device_info.h"
+#include "wexpol/platform/system_info.h"
 #include "wexpol/platform/text.h"
 
 namespace {
@@ -45,6 +46,8 @@ TEST_F(DeviceTest, StrictParsingRequiresSevenKeysAndLenientOne) {
     EXPECT_FALSE(device.ParseJson(json.c_str(), true)) << key;
     EXPECT_EQ(device.ParseJson(json.c_str(), false), key != "id") << key;
   }
+  EXPECT_TRUE(device.ParseJson(R"({"id":7})", false));
+  EXPECT_EQ(Json(device), R"({"id": 7})");  // Nothing of the earlier document is left.
   EXPECT_TRUE(device.ParseJsonForId(R"({"name":5,"id":21})"));
   for (const char* json : {R"({"id":"22"})", R"({"id":22.0})", "{}", "[22]", "{"}) {
     EXPECT_FALSE(device.ParseJsonForId(json)) << json;
@@ -67,6 +70,9 @@ TEST_F(DeviceTest, NestedInterfacesAreKeptButForBadOnes) {
   device.MoveNics(taken.list);
   EXPECT_EQ(NicIds(device) + std::to_string(taken.list.size()), "2");
   EXPECT_EQ(NicIds(copy), "1 6 ");
+  device = copy;
+  EXPECT_TRUE(device.ParseJson(kDevice, true));
+  EXPECT_EQ(NicIds(device), "");
 }
 
 TEST_F(DeviceTest, ReadsADeviceWithInterfaces) {
@@ -124,25 +130,33 @@ TEST_F(DeviceTest, NamesAndTextFields) {
   std::wstring wide;
   std::string narrow;
   char buffer[6] = "#";
-  EXPECT_TRUE(device.GetNameW(wide) && wide == L"Pc-Ü" && device.GetNameA(narrow));
-  EXPECT_FALSE(device.GetNameA(buffer, 5) || device.GetNameA(buffer, -1) || *buffer != '#');
-  EXPECT_TRUE(device.GetNameA(buffer, 6) && narrow == buffer && narrow == "Pc-Ü");
+  EXPECT_EQ(Join(device.GetNameW(wide), device.GetNameA(narrow)), "1 1");
+  EXPECT_EQ(wide, L"Pc-Ü");
+  EXPECT_EQ(narrow, "Pc-Ü");
+  for (const int size : {5, -1, 6}) EXPECT_EQ(device.GetNameA(buffer, size), size == 6) << buffer;
+  EXPECT_EQ(buffer, narrow);
   device.FreeName();
-  EXPECT_FALSE(device.GetNameW(wide) || device.GetNameA(narrow) || device.GetNameA(buffer, 6));
-  EXPECT_TRUE(device.SetName() && device.GetNameW(wide) && !wide.empty());
+  EXPECT_EQ(Join(device.GetNameW(wide), device.GetNameA(narrow), device.GetNameA(buffer, 6)),
+            "0 0 0");
+  EXPECT_TRUE(device.SetName());
+  EXPECT_TRUE(device.GetNameW(wide));
+  EXPECT_EQ(wide, wexpol::ComputerDnsHostName());
   device.SetDomain("bü.example");
   EXPECT_STREQ(device.domain, L"bü.example");
 }
 
 TEST_F(DeviceTest, AddsUpdatesAndDeletesSingleRows) {
   CDevice device;
-  EXPECT_TRUE(db().AddDevice(&device, kDevice) && !db().AddDevice(&device, kDevice));
+  for (const bool added : {true, false}) EXPECT_EQ(db().AddDevice(&device, kDevice), added);
   EXPECT_EQ(db().GetError(), R"({"code": 19,"desc": "UNIQUE constraint failed: devices.id"})");
-  EXPECT_FALSE(db().AddDevice(&device, "[]") || db().AddDevice(&device, R"({"id":8,"name":"x"})"));
-  EXPECT_EQ(db().GetError(), R"({"desc": "json parsing error"})");
+  for (const char* json : {"[]", R"({"id":8,"name":"x"})", "{"}) {
+    EXPECT_FALSE(db().AddDevice(&device, json)) << json;
+    EXPECT_EQ(db().GetError(), R"({"desc": "json parsing error"})");
+  }
   const std::string renamed =
       std::string(kDevice).replace(std::string(kDevice).find("PC"), 2, "NB");
-  EXPECT_TRUE(db().UpdateDevices(("[" + renamed + "]").c_str()) && db().UpdateDevices("[]"));
+  EXPECT_TRUE(db().UpdateDevices(("[" + renamed + "]").c_str()));
+  EXPECT_TRUE(db().UpdateDevices("[]"));
   for (const char* json : {"5", "", R"({"device":{"id":1}})", R"([{"id":7}])"}) {
     EXPECT_FALSE(db().UpdateDevices(json)) << json;
     EXPECT_EQ(db().GetError(), R"({"desc": "Error parsing json"})");
@@ -152,8 +166,11 @@ TEST_F(DeviceTest, AddsUpdatesAndDeletesSingleRows) {
   EXPECT_EQ(Row("SELECT name,(SELECT group_concat(hex(mac)) FROM nics) FROM devices WHERE id=7"),
             "NB|000000000001,010203,665544332211,74657874");
   CNic nic;
-  EXPECT_TRUE(device.ParseJsonForId(kDevice) && db().DeleteDevice(&device));
-  EXPECT_TRUE(ParseText(nic, R"({"id":2})") && db().DeleteNic(&nic));
+  device.id = 7;
+  nic.id = 2;
+  EXPECT_TRUE(db().DeleteDevice(&device));
+  EXPECT_TRUE(db().DeleteNic(&nic));
+  EXPECT_EQ(Join(db().DeleteDevice(nullptr), db().DeleteNic(nullptr)), "0 0");
   EXPECT_EQ(CNic::DelFromDB(handle(), 12), SQLITE_DONE);
   EXPECT_EQ(Row("SELECT max(id),(SELECT group_concat(id) FROM nics) FROM devices"), "13|1,4");
   Sql("CREATE TRIGGER refuse BEFORE UPDATE ON nics BEGIN SELECT RAISE(ABORT,'refused'); END");
@@ -162,14 +179,17 @@ TEST_F(DeviceTest, AddsUpdatesAndDeletesSingleRows) {
 }
 
 TEST_F(DeviceTest, StatusAndGroupOfTheLocalDevice) {
-  EXPECT_TRUE(db().SetDeviceStatus(0, 4) && db().SetDeviceStatus(11, -1));
+  EXPECT_TRUE(db().SetDeviceStatus(0, 4));
+  EXPECT_TRUE(db().SetDeviceStatus(11, -1));
   EXPECT_EQ(Row("SELECT group_concat(ifnull(device_status_id,'-')) FROM devices"), "-,-1,4,-");
   std::wstring name;
-  EXPECT_TRUE(db().GetDeviceGroupName(name) && name == L"Büro");
+  EXPECT_TRUE(db().GetDeviceGroupName(name));
   CDeviceInfo::WriteDeviceID(10);
   EXPECT_FALSE(db().GetDeviceGroupName(name));
+  EXPECT_EQ(name, L"Büro");
   CDeviceInfo::WriteDeviceID(13);
-  EXPECT_TRUE(db().GetDeviceGroupName(name) && name.empty());  // A group without a name.
+  EXPECT_TRUE(db().GetDeviceGroupName(name));
+  EXPECT_EQ(name, L"");  // A group without a name.
   CDeviceInfo::WriteDeviceID(0L);
   EXPECT_FALSE(db().SetDeviceStatus(0, 5));
 }
@@ -186,12 +206,14 @@ TEST_F(DeviceTest, InterfacesByTheirAddress) {
   }
   EXPECT_EQ(macs, "010203fafbfc 000000000000 000000000000 000103040500 ");
   CNic nic;
-  EXPECT_TRUE(db().GetNic(&nic, known) && nic.id == 3);
-  EXPECT_FALSE(db().GetNic(&nic, unknown) || db().GetNic(&nic, nullptr));
-  EXPECT_TRUE(db().GetDeviceID(known) == 12 && db().GetDeviceID(unknown) == -1);
-  EXPECT_EQ(db().GetDeviceID(nullptr), 10);  // The first row's.
-  EXPECT_TRUE(db().DoesMacAddrExist(known, 0) && db().DoesMacAddrExist(known, 12));
-  EXPECT_FALSE(db().DoesMacAddrExist(known, 10) || db().DoesMacAddrExist(nullptr, 0));
+  for (const auto* mac : {known, unknown, none}) EXPECT_EQ(db().GetNic(&nic, mac), mac == known);
+  EXPECT_EQ(nic.id, 3);
+  // For no address the first row's.
+  EXPECT_EQ(Join(db().GetDeviceID(known), db().GetDeviceID(unknown), db().GetDeviceID(none)),
+            "12 -1 10");
+  EXPECT_EQ(Join(db().DoesMacAddrExist(known, 0), db().DoesMacAddrExist(known, 12),
+                 db().DoesMacAddrExist(known, 10), db().DoesMacAddrExist(none, 0)),
+            "1 1 0 0");
 }
 
 TEST_F(DeviceTest, LoginsOfTheLocalDevice) {
@@ -200,10 +222,12 @@ TEST_F(DeviceTest, LoginsOfTheLocalDevice) {
   for (const wchar_t* name : {L"anna", L"o'brien", L"' OR 1=1 --", L"", L"%s%n", L"\xD800"}) {
     EXPECT_EQ(db().GetLoginId(name), -1);
   }
-  EXPECT_EQ(CLogin::GetPolicyId(handle(), 1), 7);
-  EXPECT_EQ(CLogin::GetPolicyId(handle(), 2) + CLogin::GetPolicyId(handle(), 99), -2);
+  EXPECT_EQ(Join(CLogin::GetPolicyId(handle(), 1), CLogin::GetPolicyId(handle(), 2),
+                 CLogin::GetPolicyId(handle(), 99)),
+            "7 -1 -1");
   CLogin login;
-  EXPECT_TRUE(db().GetLogin(login, 3) && !db().GetLogin(login, 99));
+  EXPECT_TRUE(db().GetLogin(login, 3));
+  EXPECT_FALSE(db().GetLogin(login, 99));
   EXPECT_EQ(Json(login),
             R"({"id": 3,"device_id": 12,"name": "ünal","policy_id": 8,"is_admin": true})");
 }

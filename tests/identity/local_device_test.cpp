@@ -16,7 +16,8 @@ class LocalDeviceTest : public PolicyTest {
  protected:
   LocalDeviceTest() {
     Sql(R"(INSERT INTO accounts VALUES(48,1033,1,1);
-           INSERT INTO devices(id,token,ccl_id) VALUES(5,NULL,NULL),(6,'tok-6','abc def ghi'),(7,'tok-7','x');
+           INSERT INTO devices(id,token,ccl_id) VALUES(5,NULL,NULL),
+             (6,'tok-6','abc def ghi'),(7,'tok-7','x'),(1,'tok-1',NULL);
            INSERT INTO nics VALUES(1,6,x'01',NULL,NULL);
            INSERT INTO service_configurations(service_id,key,value)
              VALUES(3,'policy_api_url','https://console/api');
@@ -37,7 +38,7 @@ class LocalDeviceTest : public PolicyTest {
 TEST_F(LocalDeviceTest, FallsBackToTheRowWithATokenAndStoresItsId) {
   const struct {
     long stored, row, id;  // -1 stands for none.
-  } cases[] = {{-1, 6, 6}, {7, 7, 7}, {9, -1, 9}, {0, -1, 0}, {-5, -1, -5}};
+  } cases[] = {{-1, 6, 6}, {7, 7, 7}, {1, 1, 1}, {9, -1, 9}, {0, -1, 0}, {-5, -1, -5}};
   for (const auto& c : cases) {
     CDevice device;
     CDeviceInfo::WriteDeviceID(c.stored);
@@ -52,13 +53,18 @@ TEST_F(LocalDeviceTest, FallsBackToTheRowWithATokenAndStoresItsId) {
     EXPECT_EQ(Stored(), c.id);
   }
   for (const char* change : {"UPDATE devices SET id=0 WHERE id=6", "DELETE FROM devices"}) {
-    Sql(change);  // Found by its token, but no id that counts; then not found.
+    Sql(change);  // The first with a token has no id that counts; then there is none.
     CDeviceInfo::WriteDeviceID(-1L);
     long id = 99;
     EXPECT_FALSE(db().GetThisDeviceId(id));
     EXPECT_EQ(id, -1);
   }
   EXPECT_EQ(Stored(), -1);
+  Sql("INSERT INTO devices(id,token) VALUES(1,'t')");
+  long id = 99;
+  EXPECT_TRUE(db().GetThisDeviceId(id));
+  EXPECT_EQ(id, 1);
+  EXPECT_EQ(Stored(), 1);
 }
 
 TEST_F(LocalDeviceTest, CredentialsOfARequest) {
@@ -71,6 +77,7 @@ TEST_F(LocalDeviceTest, CredentialsOfARequest) {
   } cases[] = {
       {"", 0, false, L"X-Device-Token: tok-6"},
       {"", 7, true, L"X-Device-Token: tok-7"},
+      {"", 1, true, L"X-Device-Token: tok-1"},
       {"", 5, false, L"X-Device-Token: tok-6"},  // After two failures, the local device's.
       {"UPDATE devices SET token=''", 7, false, L"X-Device-Token: "},
       {"", 7, true, L"X-Invite-Token: invited"},
@@ -94,21 +101,25 @@ TEST_F(LocalDeviceTest, CredentialsOfARequest) {
 }
 
 TEST_F(LocalDeviceTest, AGivenDeviceKeepsTheStoredIdOut) {
-  CDeviceInfo::WriteDeviceID(6);
   CAuthInfo info;
-  EXPECT_TRUE(db().GetAuthInfo(info, true, 7, false) && info.device_id == 7);
-  EXPECT_TRUE(db().GetAuthInfo(info, true, 5, false) && info.device_id == 6);
+  // The stored id, the one that is given, and that which is used.
+  for (const auto& [stored, given, used] : {std::tuple(6, 7, 7), {6, 5, 6}, {7, 0, 7}, {7, 5, 7}}) {
+    CDeviceInfo::WriteDeviceID(stored);
+    EXPECT_TRUE(db().GetAuthInfo(info, true, given, false));
+    EXPECT_EQ(info.device_id, used);
+  }
   Sql("UPDATE accounts SET account_status_id=2; DELETE FROM service_configurations");
   EXPECT_FALSE(db().GetAuthInfo(info, true, 7, true));
   EXPECT_EQ(Header(info), L"no: X-Api-Token: nobody");
-  EXPECT_TRUE(db().GetAuthInfo(info, false, 7, true) && info.account_disabled);
+  EXPECT_TRUE(db().GetAuthInfo(info, false, 7, true));
+  EXPECT_TRUE(info.account_disabled);
   EXPECT_EQ(info.policy_api_url, nullptr);
   Sql("ALTER TABLE accounts RENAME TO elsewhere");  // It might be disabled.
   EXPECT_FALSE(db().GetAuthInfo(info, false, 7, true));
   EXPECT_EQ(Header(info), L"no: X-Api-Token: nobody");
   const std::string log = ReadBytes(CFilePaths::GetLocationLogFile());
   const auto failed = log.find("> CServiceConfiguration::GetServiceConfiguration failed");
-  EXPECT_LT(log.find("> CDevice::GetToken DeviceId = 6"), failed);
+  EXPECT_LT(log.find("> CDevice::GetToken DeviceId = 7"), failed);
   EXPECT_NE(failed, log.npos);
   EXPECT_EQ(log.find("tok-"), log.npos);
 }
@@ -128,6 +139,7 @@ struct Interference {
 };
 
 TEST_F(LocalDeviceTest, SeesOneStateOfTheTablesUntilItTriesAgain) {
+  wexpol::WideText url;
   const auto replace = [&] { EXPECT_TRUE(db().ClearAndAddDevices(R"({"id":6,"token":"new"})")); };
   const auto header = [&](const char* before, std::function<void()> act) {
     Interference other{before, std::move(act)};
@@ -135,27 +147,37 @@ TEST_F(LocalDeviceTest, SeesOneStateOfTheTablesUntilItTriesAgain) {
     CAuthInfo info;
     EXPECT_TRUE(info.Read(handle(), true, 6, false));
     sqlite3_trace_v2(handle(), 0, nullptr, nullptr);
+    url = info.policy_api_url;
     return Header(info);
   };
   EXPECT_EQ(header("service_configurations", replace), L"X-Device-Token: tok-6");
   EXPECT_EQ(header("none", nullptr), L"X-Device-Token: new");
   Sql("DELETE FROM devices");
   EXPECT_EQ(header("SELECT token FROM devices", replace), L"X-Device-Token: new");
+  Sql("DELETE FROM service_configurations");  // The address is tried twice as well.
+  header("service_configurations", [&] {
+    EXPECT_TRUE(db().AddServiceConfigurations(R"({"id":1,"key":"policy_api_url","value":"late"})"));
+  });
+  EXPECT_EQ(url.view(), L"late");
 }
 
 TEST_F(LocalDeviceTest, TokenAloneAndInAnAddress) {
   struct Session : CPolicyDB {
     using CPolicyDB::AddUserInfoToUrl;
     using CPolicyDB::CPolicyDB;
+    using CPolicyDB::GetPolicyIdFromDeviceId;
   } session(kAccessCode, path().c_str(), kReadWrite, 0);
+  Sql("DELETE FROM devices WHERE id=5; UPDATE devices SET policy_id=70 WHERE id<7");
   std::string token, url = "http://x/f";
-  EXPECT_TRUE(db().GetDeviceToken(token) && session.AddUserInfoToUrl(url));
-  Sql("DELETE FROM devices WHERE id=5");
-  for (const long id : {0, 99}) {
+  const std::tuple<long, bool, long> cases[] = {
+      {-1, true, 70}, {1, true, 70}, {7, true, -1}, {0, false, -1}, {99, false, -1}};
+  for (const auto& [id, known, policy] : cases) {
     CDeviceInfo::WriteDeviceID(id);
-    EXPECT_FALSE(session.AddUserInfoToUrl(url) || db().GetDeviceToken(token)) << id;
+    EXPECT_EQ(session.AddUserInfoToUrl(url), known) << id;
+    EXPECT_EQ(db().GetDeviceToken(token), known) << id;
+    EXPECT_EQ(session.GetPolicyIdFromDeviceId(), policy) << id;
   }
-  EXPECT_EQ(token + url, "tok-6http://x/f?dt=tok-6");
+  EXPECT_EQ(token + ' ' + url, "tok-7 http://x/f?dt=tok-6?dt=tok-1?dt=tok-7");
 }
 
 // The key name comes from the time of the installation.
@@ -205,7 +227,8 @@ TEST_F(MachineIdTest, IsRestoredFromTheConsole) {
     EXPECT_EQ(Generated().rfind(' '), 3u);
   }
   Sql("DELETE FROM devices");
-  EXPECT_FALSE(db().WriteDeviceIdToRegistry(99) || CDevice().WriteCclIdToRegistry());
+  EXPECT_FALSE(db().WriteDeviceIdToRegistry(99));
+  EXPECT_FALSE(CDevice().WriteCclIdToRegistry());
 }
 
 TEST(MachineIdWordsTest, FollowTheirFormulas) {

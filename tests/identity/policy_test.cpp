@@ -125,7 +125,31 @@ TEST(ProxyPassword, WhatCannotBeDecryptedLeavesTheOldOne) {
   }
 }
 
-TEST_F(PolicyTest, AttemptsAreLoggedOncePerTableId) {
+TEST(PolicyTextsTest, DifferWhereOneIsMissingOrAnother) {
+  using Text = wexpol::WideText tblPolicy::*;
+  const std::tuple<Text, bool (CPolicy::*)(const wchar_t*) const, std::string (CPolicy::*)() const>
+      cases[] = {
+          {&CPolicy::proxy_server_name, &CPolicy::IsProxyServerNameDifferent,
+           &CPolicy::GetProxyServerName},
+          {&CPolicy::proxy_server_username, &CPolicy::IsProxyServerUsernameDifferent,
+           &CPolicy::GetProxyServerUsername},
+          {&CPolicy::proxy_server_password, &CPolicy::IsProxyServerPasswordDifferent,
+           &CPolicy::GetProxyServerPassword},
+          {&CPolicy::proxy_script, &CPolicy::IsProxyScriptDifferent, &CPolicy::GetProxyScript}};
+  for (const auto& [text, differs, get] : cases) {
+    CPolicy policy;
+    EXPECT_EQ(Join((policy.*differs)(nullptr), (policy.*differs)(L"")), "0 1");
+    policy.*text = L"\u00e4";
+    EXPECT_EQ(Join((policy.*differs)(L"\u00e4"), (policy.*differs)(L"\u00c4"),
+                   (policy.*differs)(nullptr)),
+              "0 1 1");
+    EXPECT_EQ((policy.*get)(), "\u00e4");
+  }
+}
+
+using AuthLogTest = PolicyTest;
+
+TEST_F(AuthLogTest, AttemptsAreLoggedOncePerTableId) {
   CAuthLog log;
   EXPECT_FALSE(db().GetAuthLog(log, 5));
   environment().clock().SetLocalOffset(3600);
@@ -140,13 +164,18 @@ TEST_F(PolicyTest, AttemptsAreLoggedOncePerTableId) {
   EXPECT_EQ(Json(log),
             "{\"id\": 2,\"date_time\": 20240229235958,\"success\": true,"
             "\"table_id\": 9223372036854775807}");
+  for (const char* date : {"20240229235958", "20230229000000", "-1", "\"20240101000000\"", "0"}) {
+    ASSERT_TRUE(ParseText(log, std::string(R"({"table_id":5,"date_time":)") + date + "}"));
+    EXPECT_EQ(Json(log).find(R"("date_time": 20240229235958)") != std::string::npos,
+              *date == '2' && date[3] == '4');
+  }
   Sql("DROP TABLE auth_logs");
   EXPECT_FALSE(db().SetAuthLog(true, 5, nullptr));
   EXPECT_FALSE(db().GetAuthLog(log, 5));
   EXPECT_EQ(db().GetError(), R"({"code": 1,"desc": "no such table: auth_logs"})");
 }
 
-TEST_F(PolicyTest, SecondsUntilTheNextAttempt) {
+TEST_F(AuthLogTest, SecondsUntilTheNextAttempt) {
   CAuthLog log;
   EXPECT_EQ(log.GetSecondsRemaining(60, 5, handle()), 0);
   db().SetAuthLog(false, 5, nullptr);

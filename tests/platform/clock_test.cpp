@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <tuple>
 
+#include "tests/support/child_process.h"
 #include "tests/support/test_environment.h"
 #include "wexpol/platform/system_types.h"
 
@@ -76,5 +78,18 @@ TEST(ClockTest, AllOfItFollowsTheClockInUse) {
   EXPECT_EQ(Fields(wexpol::UtcToLocal(0)), Fields(Time(1969, 12, 31, 23, 0, 0, 0, 3)));
   EXPECT_EQ(wexpol::TickCount(), 61'000u);
 }
+
+#ifndef _WIN32
+// Succeeds when the machine's own clock takes the zone of the process.
+const ChildFunction kReadsZone("reads_zone", [](const Arguments&) {
+  ::setenv("TZ", "HERE-5:30", 1);
+  return wexpol::UtcToLocal(0).wHour == 5 && wexpol::UtcToLocal(0).wMinute == 30 ? 0 : 1;
+});
+
+TEST(ClockTest, TheHostsClockKnowsItsZone) {
+  TestEnvironment environment;
+  EXPECT_TRUE(ChildProcess(environment.folder(), "reads_zone").Succeeded());
+}
+#endif
 
 }  // namespace

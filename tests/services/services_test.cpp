@@ -16,16 +16,16 @@ class ServicesTest : public PolicyTest {
  protected:
   void SetUp() override {
     Sql("INSERT INTO accounts(id,account_status_id) VALUES(1,1);"
-        "INSERT INTO devices(id,account_id,token) VALUES(7,1,'t')");
+        "INSERT INTO devices(id,account_id,token) VALUES(1,1,'t')");
     ASSERT_TRUE(db().AddDeviceServices(
         R"({"device_services":[
-          {"id":1,"device_id":7,"service_id":1,"device_service_status_id":1,"enabled":true},
-          {"id":2,"device_id":7,"service_id":2,"device_service_status_id":2,"enabled":false},
-          {"id":3,"device_id":7,"service_id":3,"device_service_status_id":3,"enabled":1},
-          {"id":4,"device_id":7,"service_id":4,"device_service_status_id":4,"enabled":0},
-          {"id":5,"device_id":7,"service_id":5,"device_service_status_id":4,"enabled":true},
-          {"id":6,"device_id":7,"service_id":6,"device_service_status_id":5,"enabled":true},
-          {"id":7,"device_id":7,"service_id":7,"device_service_status_id":7},
+          {"id":1,"device_id":1,"service_id":1,"device_service_status_id":1,"enabled":true},
+          {"id":2,"device_id":1,"service_id":2,"device_service_status_id":2,"enabled":false},
+          {"id":3,"device_id":1,"service_id":3,"device_service_status_id":3,"enabled":1},
+          {"id":4,"device_id":1,"service_id":4,"device_service_status_id":4,"enabled":0},
+          {"id":5,"device_id":1,"service_id":5,"device_service_status_id":4,"enabled":true},
+          {"id":6,"device_id":1,"service_id":6,"device_service_status_id":5,"enabled":true},
+          {"id":7,"device_id":1,"service_id":7,"device_service_status_id":7},
           {"id":8,"device_id":8,"service_id":8,"device_service_status_id":4,"enabled":true}]})"))
         << db().GetError();
   }
@@ -52,10 +52,9 @@ TEST_F(ServicesTest, QuestionsAboutTheLocalDevice) {
   EXPECT_EQ(Answers(), "NnAEV|NnV|NnAEV|nIV|nIBAEV|AE|V|||");
   Sql("UPDATE accounts SET account_status_id=2");
   EXPECT_EQ(Answers(), "NnEV|NnV|NnEV|nIV|nIEV|E|V|||");
-  EXPECT_TRUE(db().IsServiceInstallNeeded(1, 7));
-  EXPECT_FALSE(db().IsServiceInstallNeeded(1, 8));
-  EXPECT_TRUE(db().IsDeviceServiceAvailable(8, 8));
-  EXPECT_FALSE(db().IsDeviceServiceAvailable(8, 1));
+  EXPECT_EQ(Join(db().IsServiceInstallNeeded(1, 1), db().IsServiceInstallNeeded(1, 8),
+                 db().IsDeviceServiceAvailable(8, 8), db().IsDeviceServiceAvailable(8, 1)),
+            "1 0 1 0");
   Sql("DROP TABLE device_services");
   EXPECT_EQ(Answers(), "|||||||||");
 }
@@ -103,12 +102,14 @@ TEST_F(ServicesTest, AutomaticUpgrades) {
 TEST_F(ServicesTest, ComponentsOfTheAntivirus) {
   CAvComponents components;
   ASSERT_TRUE(db().GetAvComponents(components));
-  EXPECT_TRUE(components.with_web_guard && components.with_file_eraser);
+  EXPECT_TRUE(components.with_web_guard);
+  EXPECT_TRUE(components.with_file_eraser);
   Sql("UPDATE device_services SET with_web_guard=0,with_camera_guard=5,with_isolation=NULL "
       "WHERE service_id=1");
   ASSERT_TRUE(db().GetAvComponents(components));
-  EXPECT_TRUE(components.with_camera_guard && components.with_identity_guard);
-  EXPECT_FALSE(components.with_web_guard || components.with_isolation);
+  EXPECT_EQ(Join(components.with_camera_guard, components.with_identity_guard,
+                 components.with_web_guard, components.with_isolation),
+            "1 1 0 0");
 }
 
 TEST(DeviceService, InstallerOptions) {
@@ -145,6 +146,13 @@ TEST_F(ServicesTest, ThreeAttemptsAreCounted) {
   EXPECT_EQ(db().IncrementServiceDownloadAttempts(4), 1);  // As a 16-bit number it was -1.
   EXPECT_TRUE(wexpol::WriteText(AgentKey::kAgent, L"SIA05", L"1"));
   EXPECT_EQ(db().IncrementServiceInstallAttempts(5), -1);
+  short attempts = 9;
+  EXPECT_FALSE(db().ReadServiceAttemptsFromRegistry(attempts, 6, L"SIA%02d"));
+  EXPECT_TRUE(db().WriteServiceAttemptsToRegistry(6, -2, L"SIA%02d"));
+  EXPECT_TRUE(wexpol::ReadDword(AgentKey::kAgent, L"SIA06", &count));
+  EXPECT_EQ(count, 0xFFFFFFFEu);
+  EXPECT_TRUE(db().ReadServiceAttemptsFromRegistry(attempts, 6, L"SIA%02d"));
+  EXPECT_EQ(attempts, -2);
 }
 
 TEST(ServiceAttempts, NamesOfTheCounts) {

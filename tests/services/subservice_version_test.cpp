@@ -6,6 +6,8 @@
 
 namespace {
 
+using SubserviceVersionTest = PolicyTest;
+
 constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 void Install(const wchar_t* entry, const wchar_t* name, const std::wstring& version,
@@ -16,7 +18,7 @@ void Install(const wchar_t* entry, const wchar_t* name, const std::wstring& vers
   EXPECT_TRUE(key.SetTextValue(L"DisplayVersion", version));
 }
 
-TEST_F(PolicyTest, VersionsReplaceThoseOfTheSameSubservice) {
+TEST_F(SubserviceVersionTest, VersionsReplaceThoseOfTheSameSubservice) {
   CDeviceSubserviceVersion version;
   EXPECT_FALSE(db().UpdateDeviceSubserviceVersion(&version, R"({"major":6})"));
   EXPECT_EQ(version.GetError(), R"({"desc": "json parsing error"})");
@@ -34,7 +36,7 @@ TEST_F(PolicyTest, VersionsReplaceThoseOfTheSameSubservice) {
             R"({"code": 1,"desc": "no such table: device_subservice_versions"})");
 }
 
-TEST_F(PolicyTest, VersionDocuments) {
+TEST_F(SubserviceVersionTest, VersionDocuments) {
   const std::string date = R"("version_date":"2024-06-10T06:13:20"}})";
   for (const std::string document :
        {R"({"subservice_version":{"subservice_id":3,"device_id":5,"major":1,)",
@@ -54,7 +56,7 @@ TEST_F(PolicyTest, VersionDocuments) {
   EXPECT_FALSE(db().ClearAndAddDeviceSubserviceVersions(R"([{"major":6,"minor":2}])"));
 }
 
-TEST_F(PolicyTest, VersionFieldsAreSetInGroups) {
+TEST_F(SubserviceVersionTest, VersionFieldsAreSetInGroups) {
   CDeviceSubserviceVersion version(9, 6, 2, 4, 123);
   EXPECT_EQ(Json(version),
             R"({"subservice_id": 9,"major": 6,"minor": 2,"build": 4,"incremental": 123})");
@@ -64,7 +66,7 @@ TEST_F(PolicyTest, VersionFieldsAreSetInGroups) {
                            R"("incremental": 8,"version_date": "2023-12-31T23:59:58"})");
 }
 
-TEST_F(PolicyTest, TimeSinceAVersion) {
+TEST_F(SubserviceVersionTest, TimeSinceAVersion) {
   CDeviceSubserviceVersion version;
   EXPECT_EQ(version.HowLongSinceLastUpdate(), 13354804800);  // From 1601 to the clock's noon.
   version.SetVersionDate({2024, 3, 0, 13, 11, 59, 0, 0});
@@ -73,7 +75,7 @@ TEST_F(PolicyTest, TimeSinceAVersion) {
   EXPECT_EQ(version.HowLongSinceLastUpdate(), 0);
 }
 
-TEST_F(PolicyTest, InstalledBackupClients) {
+TEST_F(SubserviceVersionTest, InstalledBackupClients) {
   using wexpol::RegistryView;
   CDeviceSubserviceVersion version;
   EXPECT_EQ(CDeviceSubserviceVersion::GetInstalledOnlineBackupVersion(), "");
@@ -96,7 +98,7 @@ TEST_F(PolicyTest, InstalledBackupClients) {
   }
 }
 
-TEST_F(PolicyTest, CopyOfAVersionInTheRegistry) {
+TEST_F(SubserviceVersionTest, CopyOfAVersionInTheRegistry) {
   CDeviceSubserviceVersion version(9, 6, 2, 4, 123), read(1, 1, 1);
   version.SetVersionDate({2024, 5, 0, 11, 6, 13, 20, 0});
   EXPECT_FALSE(read.ReadFromRegistry(L"V"));

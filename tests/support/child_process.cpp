@@ -24,10 +24,10 @@ ChildFunction::ChildFunction(const char* name, int (*function)(const Arguments&)
 }
 
 ChildProcess::ChildProcess(const std::wstring& folder, const std::string& name,
-                           const Arguments& arguments) {
+                           const Arguments& arguments, const std::wstring& program) {
   // Both shells take quotes as they are when the line does not begin with one.
-  std::string line = "cd . && \"" + wexpol::WideToUtf8(wexpol::ExecutablePath()) + "\" " +
-                     std::string(kSwitch) + name + " \"" + wexpol::WideToUtf8(folder) + '"';
+  std::string line = "cd . && \"" + wexpol::WideToUtf8(program) + "\" " + std::string(kSwitch) +
+                     name + " \"" + wexpol::WideToUtf8(folder) + '"';
   for (const std::string& argument : arguments) line += " \"" + argument + '"';
   exit_status_ = std::async(std::launch::async, [line] { return std::system(line.c_str()); });
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "wexpol/platform/files.h"
+
 using Arguments = std::vector<std::string>;
 
 // A function that a child process can run; what it answers is the process's exit code. Defined at
@@ -16,11 +18,12 @@ struct ChildFunction {
   ChildFunction(const char* name, int (*function)(const Arguments&));
 };
 
-// Runs from the constructor on. Arguments must not contain quotes.
+// Runs from the constructor on. Arguments must not contain quotes. `program` may be a copy of this
+// program in a folder of its own.
 class ChildProcess {
  public:
-  ChildProcess(const std::wstring& folder, const std::string& name,
-               const Arguments& arguments = {});
+  ChildProcess(const std::wstring& folder, const std::string& name, const Arguments& arguments = {},
+               const std::wstring& program = wexpol::ExecutablePath());
 
   // True when it ended with 0. The destructor waits, too.
   bool Succeeded() { return exit_status_.get() == 0; }

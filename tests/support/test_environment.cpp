@@ -69,6 +69,10 @@ std::wstring TestEnvironment::PathOf(const wchar_t* name) const {
   return wexpol::JoinPath(folder_, name);
 }
 
+std::wstring SourcePath(const std::string& path) {
+  return wexpol::Utf8ToWide(WEXPOL_SOURCE_DIR "/" + path);
+}
+
 std::string ReadBytes(const std::wstring& path) {
   std::ifstream file(SystemPath(path), std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(file), {});

@@ -53,6 +53,9 @@ class TestEnvironment {
   FakeClock clock_;
 };
 
+// A file of the source tree, by its path there.
+std::wstring SourcePath(const std::string& path);
+
 // The bytes of a file in the folder or elsewhere; a missing file is empty.
 std::string ReadBytes(const std::wstring& path);
 void WriteBytes(const std::wstring& path, const std::string& bytes);

@@ -1,8 +1,16 @@
 // The facade's operations over all tables.
 
 #include "wexpol/catalog/catalog.h"
+#include "wexpol/catalog/content_hash.h"
 #include "wexpol/policydb/facade.h"
 
 bool CPolicyDB::IsProvisioned() {
   return wexpol::Ask([&] { return IsValidDB() && wexpol::HasAllTables(handle()); });
+}
+
+bool CPolicyDB::GetContentHash(std::string& hash, const char* table) {
+  return wexpol::Ask([&] {
+    const wexpol::RecordClass* found = table ? wexpol::FindTable(table) : nullptr;
+    return found && wexpol::ContentHash(handle(), found->table(), hash);
+  });
 }

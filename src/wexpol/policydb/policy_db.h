@@ -118,6 +118,11 @@ class WEXPOL_API CPolicyDB {
   // half-made or no policy database.
   bool IsProvisioned();
 
+  // What tells whether two computers hold the same rows of a table: 40 hexadecimal digits over the
+  // columns that a document can fill, whatever the order of the rows. False, and `hash` untouched,
+  // when there is no such table or it cannot be read.
+  bool GetContentHash(std::string& hash, const char* table);
+
   // False when the statement fails, also for a commit without a transaction. A transaction runs
   // with synchronous = OFF: a killed process loses nothing, a power cut can damage the file.
   bool Transaction(TRANSACTION step);

@@ -130,7 +130,7 @@ long UntilDayOfMonth(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
   SYSTEMTIME end = EndOfDay(now);
   end.wDay = kDaysInMonth[now.wMonth];
   const std::int64_t minutes_of_month =
-      schedule.day_minutes - kMinutesPerDay + std::int64_t{schedule.day_of_month} * kMinutesPerDay;
+      schedule.day_minutes + (std::int64_t{schedule.day_of_month} - 1) * kMinutesPerDay;
   seconds = GetDeltaInSeconds(end, now) + minutes_of_month * kSecondsPerMinute;
   wexpol::LogMessage("nSecondsLeft = %" PRId64 " (next month)", seconds);
   return Answer(seconds);

@@ -1,6 +1,6 @@
 # The libraries of others, out of build/deps and Debian's packages: third_party_headers,
 # OpenSSL::Crypto, Threads::Threads, gtest, and benchmark on the host.
-set(WEXPOL_DEPS ${CMAKE_SOURCE_DIR}/build/deps)
+set(WEXPOL_DEPS ${PROJECT_SOURCE_DIR}/build/deps)
 if(NOT EXISTS ${WEXPOL_DEPS}/sqlite3mc/sqlite3.c)
   message(FATAL_ERROR "Dependencies are missing. Run scripts/bootstrap, then configure again.")
 endif()
@@ -27,10 +27,11 @@ endif()
 find_package(OpenSSL 3.0 REQUIRED COMPONENTS Crypto)
 find_package(Threads REQUIRED)
 
-set(INSTALL_GTEST OFF)
-set(BUILD_GMOCK OFF)
-add_subdirectory(/usr/src/googletest third_party/googletest EXCLUDE_FROM_ALL SYSTEM)
-
-if(NOT WIN32)
+if(PROJECT_IS_TOP_LEVEL)
+  set(INSTALL_GTEST OFF)
+  set(BUILD_GMOCK OFF)
+  add_subdirectory(/usr/src/googletest third_party/googletest EXCLUDE_FROM_ALL SYSTEM)
+endif()
+if(PROJECT_IS_TOP_LEVEL AND NOT WIN32)
   find_package(benchmark)
 endif()

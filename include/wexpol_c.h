@@ -43,11 +43,12 @@ enum {
   WEXPOL_SERVICE_AVAILABLE = 16
 };
 
-/** What is tried for a service. */
+/** What is tried for a service: WEXPOL_ATTEMPT_... */
 enum { WEXPOL_ATTEMPT_DOWNLOAD = 0, WEXPOL_ATTEMPT_INSTALL = 1 };
 
-/** Which password is meant, and what wexpol_check_password() answers. */
+/** Which password is meant. */
 enum { WEXPOL_PASSWORD_OVERRIDE = 0, WEXPOL_PASSWORD_UNINSTALL = 1 };
+/** What wexpol_check_password() answers. */
 enum {
   WEXPOL_PASSWORD_VALID = 0,
   WEXPOL_PASSWORD_INVALID = 1,
@@ -104,26 +105,34 @@ WEXPOL_API int wexpol_check(wexpol_session* session);
  * a backup it only opens. Answers a code. */
 WEXPOL_API int wexpol_restore(wexpol_session* session);
 
-/** Brackets several operations: all or nothing. Each answers a code. */
+/** Begins a transaction: all or nothing of the operations until wexpol_commit(). Answers a code. */
 WEXPOL_API int wexpol_begin(wexpol_session* session);
+/** Stores what was done since wexpol_begin(). Answers a code: 1 without a transaction. */
 WEXPOL_API int wexpol_commit(wexpol_session* session);
+/** Takes back what was done since wexpol_begin(). Answers a code. */
 WEXPOL_API int wexpol_roll_back(wexpol_session* session);
 
 /** @} */
 /** @name Tables, by their names */
 /** @{ */
 
-/** Stores the records of a document: an array of them, one, or an object that holds either under
- * the name of the table. Replacing empties the table first. Answers a code. The first record that
- * fails ends it, and those before it stay: bracket it with wexpol_begin(). */
+/** Replaces the rows of a table by the records of a document: an array of them, one, or an object
+ * that holds either under the name of the table. Answers a code. The first record that fails ends
+ * it, and those before it stay: bracket it with wexpol_begin(). */
 WEXPOL_API int wexpol_replace_table(wexpol_session* session, const char* table, const char* json);
+/** The same, beside the rows that are there. */
 WEXPOL_API int wexpol_add_to_table(wexpol_session* session, const char* table, const char* json);
+/** Empties a table. Answers a code. */
 WEXPOL_API int wexpol_clear_table(wexpol_session* session, const char* table);
 
 /** The rows in which `column` has the value, or all for a null column, as a JSON array. Answers a
  * code. Holds secrets where the table does. */
 WEXPOL_API int wexpol_list_table(wexpol_session* session, const char* table, const char* column,
                                  int64_t value, char** json);
+
+/** What tells whether two computers hold the same rows of a table: 40 hexadecimal digits. Answers a
+ * code. */
+WEXPOL_API int wexpol_content_hash(wexpol_session* session, const char* table, char** hash);
 
 /** The versions of the tables that customers share, for the request to the console. Answers a
  * code. */

@@ -40,6 +40,7 @@ const Call kCalls[] = {
     {"add", 1, [](auto* s, auto* t, char**) { return wexpol_add_to_table(s, "logins", t); }},
     {"clear", 1, [](auto* s, auto* t, char**) { return wexpol_clear_table(s, t); }},
     {"list", 1, [](auto* s, auto* t, char** o) { return wexpol_list_table(s, t, t, 0, o); }},
+    {"hash", 1, [](auto* s, auto* t, char** o) { return wexpol_content_hash(s, t, o); }},
     {"policy", 0, [](auto* s, auto* t, char**) { return int{wexpol_policy_of_login(s, t) > 501}; }},
     {"password", WEXPOL_PASSWORD_INVALID,
      [](auto* s, auto* t, char**) { return s ? wexpol_check_password(s, 501, 1, t) : 1; }},
@@ -95,10 +96,15 @@ TEST_F(CInterface, TablesGoThereAndBack) {
   for (const char* table : {"devices", "logins", "app_files", "alert_event_types", "nics"}) {
     ASSERT_EQ(wexpol_list_table(session_, table, nullptr, 0, &rows), SQLITE_OK) << table;
     const std::string before = Taken(rows);
+    ASSERT_EQ(wexpol_content_hash(session_, table, &rows), SQLITE_OK) << table;
+    const std::string hash = Taken(rows);
+    EXPECT_EQ(hash.size(), 40u) << table;
     EXPECT_GT(before.size(), 50u) << table;
     ASSERT_EQ(wexpol_replace_table(session_, table, before.c_str()), SQLITE_OK) << table;
     ASSERT_EQ(wexpol_list_table(session_, table, nullptr, 0, &rows), SQLITE_OK) << table;
     EXPECT_EQ(Taken(rows), before) << table;
+    ASSERT_EQ(wexpol_content_hash(session_, table, &rows), SQLITE_OK) << table;
+    EXPECT_EQ(Taken(rows), hash) << table;
   }
   ASSERT_EQ(wexpol_list_table(session_, "logins", "id", 9003, &rows), SQLITE_OK);
   EXPECT_EQ(Taken(rows), R"([{"id": 9003,"device_id": 70002,"name": "SYSTEM","is_admin": true}])");

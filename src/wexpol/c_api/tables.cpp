@@ -97,6 +97,15 @@ int wexpol_list_table(wexpol_session* session, const char* table, const char* co
   });
 }
 
+int wexpol_content_hash(wexpol_session* session, const char* table, char** hash) {
+  return wexpol::RunSession(session, hash, [&](CPolicyDB& db) {
+    std::string digits;
+    if (!table || !db.GetContentHash(digits, table)) return false;
+    wexpol::HandOver(digits, hash);
+    return true;
+  });
+}
+
 int wexpol_version_report(wexpol_session* session, char** json) {
   return wexpol::RunSession(session, json, [&](CPolicyDB& db) {
     std::uint64_t empty = 0;

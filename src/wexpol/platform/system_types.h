@@ -62,7 +62,8 @@ template <class Declared, class = void>
 struct TimeZoneRecord {
   using Type = RegistryTimeZone;
 };
-template <class Declared>  // chosen when the type is complete
+// Chosen when the type is complete.
+template <class Declared>
 struct TimeZoneRecord<Declared, std::void_t<decltype(sizeof(Declared))>> {
   using Type = Declared;
 };

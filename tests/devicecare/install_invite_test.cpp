@@ -51,8 +51,9 @@ TEST_F(InstallInviteTest, RegistryWritesToOneKeyAndReadsFromTheOther) {
   Sql("INSERT INTO install_invites(id,token) VALUES(72,'a'),(73,'b')");
   CInstallInvite invite(72, nullptr);
   EXPECT_TRUE(invite.WriteInstallInviteIdToRegistry());
-  EXPECT_FALSE(invite.ReadInstallInviteIdFromRegistry() || db().GetInstallInvite(&invite, 0) ||
-               CInstallInvite::DeleteInstallInviteIdFromRegistry());
+  EXPECT_EQ(Join(invite.ReadInstallInviteIdFromRegistry(), db().GetInstallInvite(&invite, 0),
+                 CInstallInvite::DeleteInstallInviteIdFromRegistry()),
+            "0 0 0");
 
   ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"INV", 73));
   EXPECT_TRUE(db().GetInstallInvite(&invite, 0));

@@ -125,7 +125,7 @@ TEST_F(DeviceCareTest, BrandBlockIsFilledByItsCreatorAndTakenAsItIs) {
   ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 1));
   ChildProcess first(environment().folder(), "sees_brand_block");
   ChildProcess second(environment().folder(), "sees_brand_block");
-  EXPECT_TRUE(first.Succeeded() && second.Succeeded());
+  EXPECT_EQ(Join(first.Succeeded(), second.Succeeded()), "1 1");
 }
 
 TEST_F(DeviceCareTest, BrandOfAHostileBlock) {

@@ -36,21 +36,17 @@ class LocalDeviceTest : public PolicyTest {
 };
 
 TEST_F(LocalDeviceTest, FallsBackToTheRowWithATokenAndStoresItsId) {
-  const struct {
-    long stored, row, id;  // -1 stands for none.
-  } cases[] = {{-1, 6, 6}, {7, 7, 7}, {1, 1, 1}, {9, -1, 9}, {0, -1, 0}, {-5, -1, -5}};
-  for (const auto& c : cases) {
+  // The stored id, the row that is found, and the id afterwards; -1 is none.
+  const long cases[][3] = {{-1, 6, 6}, {7, 7, 7}, {1, 1, 1}, {9, -1, 9}, {0, -1, 0}, {-5, -1, -5}};
+  for (const auto& [stored, row, known] : cases) {
     CDevice device;
-    CDeviceInfo::WriteDeviceID(c.stored);
-    EXPECT_EQ(db().GetThisDevice(device), c.row != -1) << c.stored;
-    EXPECT_EQ(device.id, c.row);
-    EXPECT_EQ(device.nics().size(), c.row == 6 ? 1u : 0u);
-    EXPECT_EQ(Stored(), c.id);
+    CDeviceInfo::WriteDeviceID(stored);
+    EXPECT_EQ(db().GetThisDevice(device), row != -1) << stored;
+    EXPECT_EQ(Join(device.id, device.nics().size(), Stored()), Join(row, row == 6, known));
     long id = 99;
-    CDeviceInfo::WriteDeviceID(c.stored);
-    EXPECT_TRUE(db().GetThisDeviceId(id)) << c.stored;
-    EXPECT_EQ(id, c.id);
-    EXPECT_EQ(Stored(), c.id);
+    CDeviceInfo::WriteDeviceID(stored);
+    EXPECT_TRUE(db().GetThisDeviceId(id)) << stored;
+    EXPECT_EQ(Join(id, Stored()), Join(known, known));
   }
   for (const char* change : {"UPDATE devices SET id=0 WHERE id=6", "DELETE FROM devices"}) {
     Sql(change);  // The first with a token has no id that counts; then there is none.
@@ -69,12 +65,7 @@ TEST_F(LocalDeviceTest, FallsBackToTheRowWithATokenAndStoresItsId) {
 
 TEST_F(LocalDeviceTest, CredentialsOfARequest) {
   constexpr wchar_t kNobody[] = L"no: X-Api-Token: nobody";
-  const struct {
-    const char* sql;
-    long device;
-    bool allow_invite;
-    const wchar_t* header;
-  } cases[] = {
+  const std::tuple<const char*, long, bool, const wchar_t*> cases[] = {
       {"", 0, false, L"X-Device-Token: tok-6"},
       {"", 7, true, L"X-Device-Token: tok-7"},
       {"", 1, true, L"X-Device-Token: tok-1"},
@@ -89,11 +80,11 @@ TEST_F(LocalDeviceTest, CredentialsOfARequest) {
       {"DELETE FROM devices", 7, false, kNobody},
   };
   CDeviceInfo::WriteDeviceID(-5L);  // As good as none.
-  for (const auto& c : cases) {
-    Sql(c.sql);
+  for (const auto& [sql, device, allow_invite, header] : cases) {
+    Sql(sql);
     CAuthInfo info;
-    EXPECT_EQ(db().GetAuthInfo(info, true, c.device, c.allow_invite), c.header != kNobody) << c.sql;
-    EXPECT_EQ(Header(info), c.header);
+    EXPECT_EQ(db().GetAuthInfo(info, true, device, allow_invite), header != kNobody) << sql;
+    EXPECT_EQ(Header(info), header);
     EXPECT_EQ(info.account_id, 48);
     EXPECT_STREQ(info.policy_api_url, L"https://console/api");
     EXPECT_EQ(Stored(), 6);

@@ -24,10 +24,7 @@ auto Fields(const SYSTEMTIME& time) {
 }
 
 TEST(ClockTest, FileTimesAndCalendarTimesAreEachOther) {
-  const struct {
-    SYSTEMTIME time;
-    std::int64_t file_time;
-  } cases[] = {
+  const std::pair<SYSTEMTIME, std::int64_t> cases[] = {
       {Time(1601, 1, 1, 0, 0, 0, 0, 1), 0},
       {Time(1970, 1, 1, 0, 0, 0, 0, 4), 116'444'736'000'000'000},
       {Time(2000, 2, 29, 23, 59, 59, 999, 2), 125'963'423'999'990'000},

@@ -8,9 +8,7 @@
 namespace {
 
 TEST(FilesTest, PathsAreDividedAtTheLastSeparator) {
-  const struct {
-    const wchar_t *path, *folder, *name;
-  } cases[] = {
+  const std::wstring cases[][3] = {
       {L"C:\\a b\\c.exe", L"C:\\a b", L"c.exe"},
       {L"C:\\a.b\\", L"C:\\a.b", L""},
       {L"\\c", L"", L"c"},
@@ -35,10 +33,10 @@ TEST(FilesTest, FoldersAndPatternsExistToo) {
   const auto exists = [&](const wchar_t* name) {
     return wexpol::FileExists(environment.PathOf(name));
   };
-  EXPECT_TRUE(wexpol::FileExists(environment.folder()));
-  EXPECT_TRUE(exists(L"a[1].txt") && exists(L"*.txt") && exists(L"a???.t*") && exists(L"*"));
-  EXPECT_FALSE(exists(L"b") || exists(L"*.db") || exists(L"a[1].txt/*"));
-  EXPECT_FALSE(wexpol::FileExists(L""));
+  EXPECT_EQ(Join(wexpol::FileExists(environment.folder()), wexpol::FileExists(L"")), "1 0");
+  EXPECT_EQ(Join(exists(L"a[1].txt"), exists(L"*.txt"), exists(L"a???.t*"), exists(L"*")),
+            "1 1 1 1");
+  EXPECT_EQ(Join(exists(L"b"), exists(L"*.db"), exists(L"a[1].txt/*")), "0 0 0");
   EXPECT_EQ(wexpol::FileSize(environment.PathOf(L"a[1].txt")), 5u);
   EXPECT_EQ(wexpol::FileSize(environment.PathOf(L"none")), std::nullopt);
 }

@@ -57,10 +57,7 @@ TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
 }
 
 TEST_F(DiagnosticLogTest, AFileLargerThanTheThresholdIsPutAside) {
-  const struct {
-    std::uint32_t debug;
-    std::size_t threshold;
-  } cases[] = {{0, 5'242'880}, {1, 10'485'760}};
+  const std::pair<std::uint32_t, std::size_t> cases[] = {{0, 5'242'880}, {1, 10'485'760}};
   for (const auto& [debug, threshold] : cases) {
     if (debug) wexpol::WriteDword(wexpol::AgentKey::kAgent, L"EnableLogLevelDebug", debug);
     wexpol::ResetLogForTesting();

@@ -222,21 +222,18 @@ TEST_F(CodecTest, ValuesAtTheirBoundsAreTheSameStraightAndThroughTheRecord) {
 }
 
 TEST_F(CodecTest, BlobsOfAnotherSizeOrTypeAreNotTaken) {
-  const struct {
-    const char* sql;
-    const char* out;
-  } kCases[] = {{"x'aabb'", "\"aabb00\""},
-                {"x'aabbccdd'", "\"000000\""},
-                {"x''", "\"000000\""},
-                {"'abc'", "\"000000\""},
-                {"NULL", "\"000000\""}};
-  for (const auto& c : kCases) {
-    Sql(std::string("DELETE FROM samples; INSERT INTO samples(bytes) VALUES(") + c.sql + ")");
+  const std::pair<const char*, const char*> kCases[] = {{"x'aabb'", "\"aabb00\""},
+                                                        {"x'aabbccdd'", "\"000000\""},
+                                                        {"x''", "\"000000\""},
+                                                        {"'abc'", "\"000000\""},
+                                                        {"NULL", "\"000000\""}};
+  for (const auto& [sql, out] : kCases) {
+    Sql(std::string("DELETE FROM samples; INSERT INTO samples(bytes) VALUES(") + sql + ")");
     CSample sample;
     wexpol::Statement select(handle(), "SELECT * FROM samples");
     ASSERT_TRUE(select.Row());
     sample.CopyFromDB(select.get());
-    EXPECT_NE(Json(sample).find(c.out), std::string::npos) << c.sql;
+    EXPECT_NE(Json(sample).find(out), std::string::npos) << sql;
   }
 }
 

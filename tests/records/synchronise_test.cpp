@@ -1,6 +1,7 @@
 // Documents into tables, tables into lists, and the version report.
 
 #include <algorithm>
+#include <tuple>
 
 #include "tests/support/policy_test.h"
 #include "wexpol/records/statement.h"
@@ -20,11 +21,8 @@ constexpr char kBadJson[] = "{\"desc\": \"Error parsing json\"}";
 
 TEST_F(SynchroniseTest, EnvelopesAndFaults) {
   const std::string deep(20000, '[');
-  const struct {
-    std::string json;
-    const char* ids;    // What is stored.
-    const char* error;  // Empty for success.
-  } kCases[] = {
+  // The document, the ids that are stored, and the error; empty for success.
+  const std::tuple<std::string, const char*, const char*> kCases[] = {
       {"[]", "", ""},
       {"[{\"id\": 1}, {\"id\": 2}]", "1 2 ", ""},
       {" {\"id\": 1}\r\n", "1 ", ""},
@@ -50,26 +48,24 @@ TEST_F(SynchroniseTest, EnvelopesAndFaults) {
       {"{\"id\": 1, \"id\": 2, \"name\": \"a\"}", "1 ", ""},
       {"{\"x\": " + deep + std::string(deep.size(), ']') + ", \"id\": 1}", "1 ", ""},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.json.substr(0, 60));
+  for (const auto& [json, ids, error] : kCases) {
+    SCOPED_TRACE(json.substr(0, 60));
     Sql("DELETE FROM logins");
     CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 100);
-    EXPECT_EQ(session.AddLogins(c.json.c_str()), *c.error == '\0');
-    EXPECT_EQ(session.GetError(), c.error);
-    EXPECT_EQ(Ids(), c.ids);
+    EXPECT_EQ(session.AddLogins(json.c_str()), *error == '\0');
+    EXPECT_EQ(session.GetError(), error);
+    EXPECT_EQ(Ids(), ids);
   }
   EXPECT_FALSE(db().AddLogins(nullptr));
   EXPECT_EQ(db().GetError(), kBadJson);
 }
 
 TEST_F(SynchroniseTest, MembersInAnyOrderGiveTheSameRow) {
-  const char* kOrders[] = {
-      "{\"id\": 1, \"device_id\": 2, \"name\": \"n\", \"policy_id\": 4, \"is_admin\": false}",
-      "{\"is_admin\": false, \"policy_id\": 4, \"name\": \"n\", \"device_id\": 2, \"id\": 1}",
-      "{\"u\": {\"id\": 9}, \"name\": \"n\", \"i\": 0, \"id\": 1, \"is_admin\": 0, \"ids\": [], "
-      "\"name\": \"late\", \"policy_id\": 4, \"device_id\": 2, \"id\": 8}",
-  };
-  for (const char* json : kOrders) {
+  for (const char* json :
+       {"{\"id\": 1, \"device_id\": 2, \"name\": \"n\", \"policy_id\": 4, \"is_admin\": false}",
+        "{\"is_admin\": false, \"policy_id\": 4, \"name\": \"n\", \"device_id\": 2, \"id\": 1}",
+        "{\"u\": {\"id\": 9}, \"name\": \"n\", \"i\": 0, \"id\": 1, \"is_admin\": 0, \"ids\": [], "
+        "\"name\": \"late\", \"policy_id\": 4, \"device_id\": 2, \"id\": 8}"}) {
     ASSERT_TRUE(db().ClearLogins());
     EXPECT_TRUE(db().AddLogins(json)) << db().GetError();
     EXPECT_EQ(Rows("SELECT * FROM logins"), std::vector<std::string>{"1|2|n|4|NULL|NULL|0"});
@@ -113,12 +109,7 @@ TEST_F(SynchroniseTest, ListsTakeAColumnNameAndNothingElse) {
   ASSERT_TRUE(
       db().AddLogins("[{\"id\": 1, \"device_id\": 7, \"name\": \"5\"}, {\"id\": 2, "
                      "\"device_id\": 8}, {\"id\": 3, \"device_id\": 7}]"));
-  const struct {
-    const char* column;
-    long value;
-    std::size_t count;
-    const char* error;
-  } kCases[] = {
+  const std::tuple<const char*, long, std::size_t, const char*> kCases[] = {
       {nullptr, 99, 3, ""},
       {"device_id", 7, 2, ""},
       {"name", 5, 1, ""},
@@ -128,13 +119,12 @@ TEST_F(SynchroniseTest, ListsTakeAColumnNameAndNothingElse) {
       {"1=1 OR id", 1, 0, "{\"code\": 1,\"desc\": \"no such column: 1=1 OR id\"}"},
       {"id=id--\"", 1, 0, "{\"code\": 1,\"desc\": \"no such column: id=id--\\\"\"}"},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.column ? c.column : "null");
+  for (const auto& [column, value, count, error] : kCases) {
     CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 100);
     RecordList<CLogin> logins;
-    EXPECT_EQ(session.GetLogins(logins.list, c.column, c.value), *c.error == '\0');
-    EXPECT_EQ(logins.list.size(), c.count);
-    EXPECT_EQ(session.GetError(), c.error);
+    EXPECT_EQ(session.GetLogins(logins.list, column, value), *error == '\0');
+    EXPECT_EQ(logins.list.size(), count) << error;
+    EXPECT_EQ(session.GetError(), error);
   }
   RecordList<CLogin> logins;
   EXPECT_TRUE(db().GetLogins(logins.list, "id", 3));
@@ -219,19 +209,17 @@ TEST_F(SynchroniseTest, VersionReport) {
   EXPECT_NE(report(mask).find(";8589934592,9007199254740993;"), std::string::npos);
   EXPECT_EQ(mask, 0x205F8000000u);
 
-  const struct {
-    const char* json;
-    std::uint64_t mask;
-  } kAnswers[] = {{"{\"g\": \"134217728,2199023255552\"}", 0x20008000000},
-                  {"{\"g\": \",,1, 6,x,7z\"}", 7},
-                  {"{\"g\": \"-1\"}", UINT64_MAX},
-                  {"{\"g\": \"99999999999999999999\"}", INT64_MAX},
-                  {"{\"g\": \"\"}", 0},
-                  {"{\"g\": 5}", 0},
-                  {"{}", 0},
-                  {"[\"g\"]", 0},
-                  {"{\"g\": \"1\"", 0}};
-  for (const auto& c : kAnswers) EXPECT_EQ(CGlobalTables().ParseJson(c.json), c.mask) << c.json;
+  const std::pair<const char*, std::uint64_t> kAnswers[] = {
+      {"{\"g\": \"134217728,2199023255552\"}", 0x20008000000},
+      {"{\"g\": \",,1, 6,x,7z\"}", 7},
+      {"{\"g\": \"-1\"}", UINT64_MAX},
+      {"{\"g\": \"99999999999999999999\"}", INT64_MAX},
+      {"{\"g\": \"\"}", 0},
+      {"{\"g\": 5}", 0},
+      {"{}", 0},
+      {"[\"g\"]", 0},
+      {"{\"g\": \"1\"", 0}};
+  for (const auto& [json, bits] : kAnswers) EXPECT_EQ(CGlobalTables().ParseJson(json), bits);
   EXPECT_EQ(CGlobalTables().ParseJson(nullptr), 0u);
 }
 

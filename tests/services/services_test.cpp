@@ -164,10 +164,8 @@ TEST(ServiceAttempts, NamesOfTheCounts) {
 }
 
 TEST(ServerEdition, FollowsFromTheVersion) {
-  const struct {
-    wexpol::WindowsVersion version;  // Major, minor, suites, product type.
-    bool expected;
-  } kCases[] = {
+  // Major, minor, suites, product type; whether it is a server.
+  const std::pair<wexpol::WindowsVersion, bool> kCases[] = {
       {{10, 0, 0, 1}, false}, {{10, 0, 0, 3}, true},      {{10, 1, 0, 3}, false},
       {{6, 0, 0, 2}, true},   {{6, 3, 0x8000, 1}, false}, {{6, 3, 0, 3}, true},
       {{6, 4, 0, 3}, false},  {{5, 2, 0, 1}, false},      {{5, 2, 0, 3}, true},

@@ -8,9 +8,7 @@
 
 #include <list>
 #include <memory>
-#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tests/support/test_environment.h"
@@ -69,16 +67,6 @@ class RecordList {
   }
   std::list<Record*> list;
 };
-
-// Several answers as one text, so that one comparison shows which of them differs. The order in
-// which they are asked for is not defined.
-template <typename... Answers>
-std::string Join(const Answers&... answers) {
-  std::ostringstream text;
-  const char* separator = "";
-  ((text << std::exchange(separator, " ") << answers), ...);
-  return text.str();
-}
 
 // Parses a JSON text into a record; false as ParseJson, or when the text is no JSON.
 template <typename Record>

@@ -4,7 +4,9 @@
 #define WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_
 
 #include <cstdint>
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include "wexpol/platform/clock.h"
 
@@ -52,6 +54,16 @@ class TestEnvironment {
   std::wstring folder_;
   FakeClock clock_;
 };
+
+// Several answers as one text, so that one comparison shows which of them differs. The order in
+// which they are asked for is not defined.
+template <typename... Answers>
+std::string Join(const Answers&... answers) {
+  std::ostringstream text;
+  const char* separator = "";
+  ((text << std::exchange(separator, " ") << answers), ...);
+  return text.str();
+}
 
 // A file of the source tree, by its path there.
 std::wstring SourcePath(const std::string& path);

@@ -57,7 +57,7 @@ constexpr Damage kDamages[] = {
     [](std::string& bytes, Random& random) { bytes = RandomBytes(bytes.size(), random); },
 };
 
-// The files of a process that was killed with synchronisations in the log.
+// Of a process that was killed with synchronisations in the log, or of one that ended.
 struct Files {
   std::string database;
   std::string log;
@@ -81,6 +81,7 @@ void Run(const Options& options, Figures& figures) {
   }
   store.Keep(true);
   const Files in_use = FilesInUse();
+  const Files at_rest = {ReadFileBytes(DatabasePath()), {}, {}};
   const auto describe = [&](long i) {
     return "damage " + std::to_string(i % static_cast<long>(std::size(kDamages))) + " of point " +
            std::to_string(i);
@@ -88,8 +89,8 @@ void Run(const Options& options, Figures& figures) {
   RunIsolated(options.size, figures, describe, [&](long i, Figures& each) {
     Random random(options.seed + static_cast<std::uint32_t>(i));
     store.Reset();
-    Files files = in_use;
-    std::string& victim = i % 4 == 0 ? files.log : i % 8 == 1 ? files.index : files.database;
+    Files files = i % 2 ? at_rest : in_use;
+    std::string& victim = i % 4 == 0 ? files.log : i % 8 == 2 ? files.index : files.database;
     kDamages[static_cast<std::size_t>(i) % std::size(kDamages)](victim, random);
     WriteFileBytes(DatabasePath(), files.database);
     WriteFileBytes(Beside(L"-wal"), files.log);

@@ -74,7 +74,7 @@ class Limit {
 
   __attribute__((noinline)) void Run() {
     sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(db_, Record::Table().insert_sql().c_str(), -1, &insert, nullptr);
+    sqlite3_prepare_v2(db_, Record::Table().insert().text(), -1, &insert, nullptr);
     for (const Row& row : rows_) {
       int index = 0;
       for (const Value& value : row) {
@@ -185,7 +185,7 @@ void ReplaceDevices(benchmark::State& state) {
 // A list's select stepped through and each column read, nothing kept.
 void StepAndRead(sqlite3* db, const wexpol::Table& table) {
   sqlite3_stmt* select = nullptr;
-  sqlite3_prepare_v2(db, table.select_sql().c_str(), -1, &select, nullptr);
+  sqlite3_prepare_v2(db, table.select().text(), -1, &select, nullptr);
   std::int64_t sum = 0;
   const int columns = sqlite3_column_count(select);
   while (sqlite3_step(select) == SQLITE_ROW) {

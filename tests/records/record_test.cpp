@@ -210,7 +210,7 @@ TEST_F(CodecTest, ValuesAtTheirBoundsAreTheSameStraightAndThroughTheRecord) {
 
     CSample read;
     wexpol::Statement select(handle(), "SELECT * FROM samples");
-    ASSERT_TRUE(select.Row());
+    ASSERT_TRUE(select.StepRow());
     read.CopyFromDB(select.get());
     const std::string member = std::string("\"") + c.column + "\": ";
     for (const CSample* record : {&parsed, &read}) {
@@ -231,7 +231,7 @@ TEST_F(CodecTest, BlobsOfAnotherSizeOrTypeAreNotTaken) {
     Sql(std::string("DELETE FROM samples; INSERT INTO samples(bytes) VALUES(") + sql + ")");
     CSample sample;
     wexpol::Statement select(handle(), "SELECT * FROM samples");
-    ASSERT_TRUE(select.Row());
+    ASSERT_TRUE(select.StepRow());
     sample.CopyFromDB(select.get());
     EXPECT_NE(Json(sample).find(out), std::string::npos) << sql;
   }

@@ -156,16 +156,16 @@ TEST_F(SynchroniseTest, StatementsOfTheSameTextDoNotDisturbOneAnother) {
   const auto ids = [&] { return wexpol::Statement(handle(), "SELECT id FROM logins"); };
   {
     wexpol::Statement outer = ids();
-    ASSERT_TRUE(outer.Row());
+    ASSERT_TRUE(outer.StepRow());
     wexpol::Statement inner = ids();
-    ASSERT_TRUE(inner.Row() && inner.Row());
-    ASSERT_TRUE(outer.Row());
+    ASSERT_TRUE(inner.StepRow() && inner.StepRow());
+    ASSERT_TRUE(outer.StepRow());
     EXPECT_EQ(outer.Int(0) + inner.Int(0), 4);
   }
   for (int i = 0; i < 2000; ++i) {  // More texts than are kept.
     const std::string text = "SELECT id + " + std::to_string(i) + " FROM logins WHERE id=?";
     wexpol::Statement select = wexpol::Statement::Composed(handle(), text, i % 2 + 1);
-    ASSERT_TRUE(select.Row());
+    ASSERT_TRUE(select.StepRow());
     ASSERT_EQ(select.Int(0), i % 2 + 1 + i);
   }
   wexpol::DropStatementCache(handle());
@@ -175,7 +175,7 @@ TEST_F(SynchroniseTest, AReadScopeHoldsOneState) {
   ASSERT_TRUE(db().AddLogins("{\"id\": 1}"));
   const auto count = [&] {
     wexpol::Statement select(handle(), "SELECT count(*) FROM logins");
-    return select.Row() ? select.Int(0) : -1;
+    return select.StepRow() ? select.Int(0) : -1;
   };
   {
     wexpol::ReadScope scope(handle());

@@ -292,7 +292,7 @@ TEST_F(WexpolctlTest, SecretsAreNeverPrinted) {
         "SELECT t.name, c.name, c.type='TEXT' AND (c.name LIKE '%token%' OR c.name LIKE "
         "'%password%' OR c.name LIKE '%license%' OR c.name IN ('public_key', 'link')) FROM "
         "sqlite_schema t JOIN pragma_table_info(t.name) c WHERE t.type='table'");
-    while (columns.Row()) {
+    while (columns.StepRow()) {
       const std::string table = columns.Text(0);
       const std::string column = columns.Text(1);
       EXPECT_EQ(wexpolctl::IsSecretColumn(column), columns.Int(2) != 0) << table << '.' << column;

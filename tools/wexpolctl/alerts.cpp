@@ -6,8 +6,9 @@
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/check_timers.h"
 #include "wexpol/alerts/units.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
-#include "wexpol/records/synchronise.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpolctl {
 namespace {
@@ -38,7 +39,7 @@ ExitCode Alerts(Call& call) {
   CAlertEventType type;
   std::string error;
   wexpol::ListStatement select(database.handle(), CAlertEventType::Table(), nullptr, 0);
-  while (select.Row()) {
+  while (select.StepRow()) {
     type.CopyFromDB(select.get());
     AddType(database.handle(), type, listing);
   }

@@ -48,7 +48,7 @@ ExitCode ListAll(Call& call) {
   wexpol::Statement named(
       database.handle(),
       "SELECT service_id, key, value FROM service_configurations ORDER BY service_id, key");
-  while (named.Row()) {
+  while (named.StepRow()) {
     const std::string key = named.IsNull(1) ? "" : named.Text(1);
     services.Add({named.IsNull(0) ? Nothing() : Number(named.Int(0)), Text(key),
                   ValueOf(key, named.Text(2))});
@@ -56,7 +56,7 @@ ExitCode ListAll(Call& call) {
   Listing& global = call.report.AddListing("global", {"number", "value"});
   wexpol::Statement numbered(database.handle(),
                              "SELECT id, value FROM global_configurations ORDER BY id");
-  while (numbered.Row()) {
+  while (numbered.StepRow()) {
     global.Add({Number(numbered.Int(0)), ValueOf({}, numbered.Text(1))});
   }
   return kDone;

@@ -16,7 +16,7 @@ constexpr int kBusyTimeoutMs = 5000;
 
 std::vector<std::string> Names(wexpol::Statement& select, int column) {
   std::vector<std::string> names;
-  while (select.Row()) names.emplace_back(select.Text(column));
+  while (select.StepRow()) names.emplace_back(select.Text(column));
   return names;
 }
 
@@ -76,7 +76,7 @@ std::string Quoted(const std::string& identifier) {
 
 std::optional<std::int64_t> CountRows(sqlite3* db, const std::string& table) {
   auto select = wexpol::Statement::Composed(db, "SELECT count(*) FROM " + Quoted(table));
-  if (!select.Row()) return std::nullopt;
+  if (!select.StepRow()) return std::nullopt;
   return select.Int64(0);
 }
 

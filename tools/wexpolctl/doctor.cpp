@@ -89,11 +89,11 @@ class Examination {
   void LookAtTables(sqlite3* db) {
     std::string differing;
     for (const SyncTable& table : SyncTables()) {
-      std::string columns;
-      for (const std::string& column : ColumnNames(db, table.name())) {
-        columns += (columns.empty() ? "" : ",") + column;
-      }
-      if (columns.rfind(table.record_class->table().column_list(), 0) != 0) {
+      const auto names = ColumnNames(db, table.name());
+      const wexpol::Columns& columns = table.record_class->table().columns();
+      if (names.size() < columns.size() ||
+          !std::equal(columns.begin(), columns.end(), names.begin(),
+                      [](const auto& column, const auto& name) { return column.name == name; })) {
         differing += (differing.empty() ? "" : ", ") + std::string(table.name());
       }
     }

@@ -8,6 +8,7 @@
 #include "wexpol/appcontrol/app_control_info.h"
 #include "wexpol/identity/login.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpolctl {
 namespace {

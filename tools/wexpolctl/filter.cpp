@@ -17,7 +17,7 @@ ExitCode CheckCategories(Call& call) {
   for (const std::string& name : call.options.Texts("NAME")) {
     wexpol::Statement select(database.handle(),
                              "SELECT id, client_should_cache FROM categories WHERE name=?", name);
-    const bool known = select.Row();
+    const bool known = select.StepRow();
     if (!known) unknown += (unknown.empty() ? "'" : ", '") + name + "'";
     const std::set<std::wstring> names = {wexpol::Utf8ToWide(name)};
     listing.Add({Text(name), known ? Number(select.Int(0)) : Nothing(),

@@ -5,7 +5,7 @@
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/secrets.h"
-#include "wexpol/records/codec.h"
+#include "wexpol/platform/hex.h"
 #include "wexpol/records/statement.h"
 
 namespace wexpolctl {
@@ -49,9 +49,8 @@ Cell CellOf(sqlite3_stmt* row, int column) {
       return Number(sqlite3_column_int64(row, column));
     case SQLITE_BLOB: {
       std::string digits;
-      wexpol::WriteHex(static_cast<const std::uint8_t*>(sqlite3_column_blob(row, column)),
-                       static_cast<std::size_t>(sqlite3_column_bytes(row, column)), digits);
-      digits.erase(std::remove(digits.begin(), digits.end(), '"'), digits.end());
+      wexpol::AppendHex(static_cast<const std::uint8_t*>(sqlite3_column_blob(row, column)),
+                        static_cast<std::size_t>(sqlite3_column_bytes(row, column)), digits);
       return Text(digits);
     }
     default:
@@ -88,7 +87,7 @@ ExitCode List(Call& call) {
       db, "SELECT * FROM " + Quoted(table) + condition + " LIMIT " +
               std::to_string(call.options.Number("--limit").value_or(-1)));
   for (std::size_t i = 0; i < values.size(); ++i) {
-    select.Bind(static_cast<int>(i + 1), values[i].data(), values[i].size());
+    select.Bind(static_cast<int>(i + 1), std::string_view(values[i]));
   }
 
   call.report.Add("table", Text(table));

@@ -6,7 +6,7 @@
 #include "tools/wexpolctl/database.h"
 #include "wexpol/antivirus/av_schedule.h"
 #include "wexpol/platform/clock.h"
-#include "wexpol/records/synchronise.h"
+#include "wexpol/records/lists.h"
 
 namespace wexpolctl {
 namespace {
@@ -47,7 +47,7 @@ ExitCode NextScan(Call& call) {
   CAvSchedule schedule;
   std::string error;
   wexpol::ListStatement select(database.handle(), CAvSchedule::Table(), nullptr, 0);
-  while (select.Row()) {
+  while (select.StepRow()) {
     schedule.CopyFromDB(select.get());
     const long left = schedule.HowLongUntilSchedule();
     listing.Add({Number(schedule.id), Text(schedule.schedule_name.view()), Flag(schedule.enabled),

@@ -8,7 +8,7 @@
 #include "wexpol/platform/clock.h"
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/text.h"
-#include "wexpol/records/codec.h"
+#include "wexpol/records/json_text.h"
 
 namespace wexpolctl {
 namespace {

@@ -35,7 +35,7 @@ ExitCode Services(Call& call) {
                            "device_services WHERE device_id=?1 AND service_id NOT IN (SELECT id "
                            "FROM services) ORDER BY id",
                            *device);
-  while (select.Row()) {
+  while (select.StepRow()) {
     const auto id = static_cast<short>(select.Int(0));
     CDeviceService service;
     const bool has_row = service.Get(database.handle(), *device, id);

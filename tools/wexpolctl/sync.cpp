@@ -96,16 +96,16 @@ class Synchronisation {
     sqlite3* db = database_.handle();
     const std::string name = document.table->name();
     const std::int64_t before = CountRows(db, name).value_or(0);
-    wexpol::Execute(db, "SAVEPOINT document");
+    static_cast<void>(wexpol::Execute(db, "SAVEPOINT document"));
     arrivals.Begin(document.table->name());
     std::string error;
     const bool stored = document.text.find('\0') == std::string::npos &&
                         document.table->replace(database_.session(), document.text.c_str(), error);
     if (!stored) {
       NoteRefusal(document, arrivals.count(), error);
-      wexpol::Execute(db, "ROLLBACK TO document");
+      static_cast<void>(wexpol::Execute(db, "ROLLBACK TO document"));
     }
-    wexpol::Execute(db, "RELEASE document");
+    static_cast<void>(wexpol::Execute(db, "RELEASE document"));
     outcomes_.push_back({document.table->name(), stored, before});
     return stored;
   }

@@ -8,7 +8,7 @@
 namespace wexpolctl {
 namespace {
 
-using Document = bool (CPolicyDB::*)(const char* json);
+using TakeDocument = bool (CPolicyDB::*)(const char* json);
 using Emptying = bool (CPolicyDB::*)();
 
 bool Keep(bool done, CPolicyDB& session, std::string& error) {
@@ -17,7 +17,7 @@ bool Keep(bool done, CPolicyDB& session, std::string& error) {
 }
 
 // A table with one operation that replaces it.
-template <typename Record, Document kReplace>
+template <typename Record, TakeDocument kReplace>
 constexpr SyncTable Replaced() {
   return {&wexpol::kRecordClass<Record>,
           [](CPolicyDB& session, const char* json, std::string& error) {
@@ -26,13 +26,13 @@ constexpr SyncTable Replaced() {
 }
 
 // A table with one operation that empties it and one that adds to it.
-template <typename Record, Emptying kClear, Document kAdd>
+template <typename Record, Emptying kClear, TakeDocument kAdd>
 constexpr SyncTable Refilled() {
   return {&wexpol::kRecordClass<Record>,
           [](CPolicyDB& session, const char* json, std::string& error) {
             if ((session.*kClear)()) return Keep((session.*kAdd)(json), session, error);
             sqlite3* db = wexpol::HandleOf(session);
-            error = wexpol::EngineErrorObject(db, sqlite3_errcode(db));
+            error = wexpol::FailureObject(db, sqlite3_errcode(db));
             return false;
           }};
 }

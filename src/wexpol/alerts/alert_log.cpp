@@ -80,7 +80,7 @@ bool CAlertLog::GetStartAndEndTimes(sqlite3* db, std::int64_t& start, std::int64
   wexpol::Statement select(
       db, "SELECT min(event_start), max(event_end) FROM alert_logs WHERE alert_event_type_id=?",
       type_id);
-  if (!select.Row()) return false;
+  if (!select.StepRow()) return false;
   if (!select.IsNull(0)) start = select.Int64(0);
   if (!select.IsNull(1)) end = select.Int64(1);
   return true;

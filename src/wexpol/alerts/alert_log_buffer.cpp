@@ -6,11 +6,11 @@
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/alert_log.h"
 #include "wexpol/alerts/units.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/owned_list.h"
 #include "wexpol/records/query.h"
-#include "wexpol/records/synchronise.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
-#include "wexpol/records/write_scope.h"
 
 namespace {
 
@@ -42,8 +42,8 @@ void Purge(sqlite3* db, const CAlertEventType& type) {
       db, "DELETE FROM alert_logs_buffer WHERE event_time<? AND alert_event_type_id=?");
   if (purge.ok()) {
     const std::int64_t start = wexpol::NowUtc() - wexpol::MinutesToSeconds(type.time_window);
-    wexpol::kInt64.bind(&start, purge, 1);
-    wexpol::kInt32.bind(&type.id, purge, 2);
+    wexpol::kInt64.Bind(start, purge, 1);
+    wexpol::kInt32.Bind(type.id, purge, 2);
   }
   const int code = purge.Step();
   if (code != SQLITE_DONE) throw int{code};
@@ -127,7 +127,7 @@ bool CAlertLogBuffer::GetCondensedInfo(sqlite3* db, std::int64_t& first, std::in
                            "SELECT details, max(event_time), min(event_time) FROM "
                            "alert_logs_buffer WHERE alert_event_type_id=?",
                            type_id);
-  if (!select.Row()) return false;
+  if (!select.StepRow()) return false;
   if (const char* text = select.Text(0)) details = text;
   if (!select.IsNull(1)) last = select.Int64(1);
   if (!select.IsNull(2)) first = select.Int64(2);

@@ -25,9 +25,9 @@ CAlertsSent::CAlertsSent(short kind) { event_type_id = kind; }
 bool CAlertsSent::WasSent(sqlite3* db, short kind) {
   wexpol::Statement select(db, "SELECT id FROM alerts_sent WHERE event_type_id=?");
   if (!select.ok()) return false;
-  wexpol::kInt16.bind(&kind, select, 1);
+  wexpol::kInt16.Bind(kind, select, 1);
   if (!select.ok()) throw select.code();
-  return select.Row();
+  return select.StepRow();
 }
 
 bool CAlertsSent::WasSentBefore(sqlite3* db, short kind, std::int64_t time) {

@@ -7,8 +7,9 @@
 #include "wexpol/alerts/alert_check.h"
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/units.h"
-#include "wexpol/records/synchronise.h"
-#include "wexpol/records/write_scope.h"
+#include "wexpol/records/lists.h"
+#include "wexpol/records/record.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpol {
 namespace {
@@ -18,7 +19,7 @@ void StartTimers(sqlite3* db, const std::vector<long>& types) {
   WriteScope scope(db);
   if (!scope.ok()) return;
   for (const long type : types) CAlertCheck::StartTimer(db, type);
-  scope.Commit();
+  static_cast<void>(scope.Commit());
 }
 
 }  // namespace
@@ -38,7 +39,7 @@ bool ReadCheckTimers(sqlite3* db, std::map<long, long>& timers, const char* colu
   {
     const ReadScope scope(db);
     ListStatement select(db, CAlertEventType::TimingTable(), column, value);
-    while (select.Row()) {
+    while (select.StepRow()) {
       CAlertEventType type;
       CopyRow(CAlertEventType::TimingTable(), static_cast<tblAlertEventType*>(&type), select.get());
       const auto period = CheckPeriod(type, excluded);

@@ -8,7 +8,6 @@
 #include "wexpol/alerts/check_timers.h"
 #include "wexpol/alerts/sales_alert_option.h"
 #include "wexpol/policydb/facade.h"
-#include "wexpol/records/write_scope.h"
 
 using wexpol::Ask;
 

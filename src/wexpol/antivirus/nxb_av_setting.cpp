@@ -34,7 +34,7 @@ bool CNxbAvSetting::IsValid() const {
 }
 
 bool CNxbAvSetting::SpecialGetFromDB(sqlite3* db) {
-  return wexpol::QueryRecord(*this, db, wexpol::Sql::Permanent(Table().select_sql()));
+  return wexpol::QueryRecord(*this, db, Table().select());
 }
 
 bool CNxbAvSetting::GetDownloadUrl(std::string& url, sqlite3* db) {

@@ -5,7 +5,6 @@
 #include "wexpol/antivirus/last_scan_summary.h"
 #include "wexpol/antivirus/nxb_av_setting.h"
 #include "wexpol/policydb/facade.h"
-#include "wexpol/records/write_scope.h"
 
 bool CPolicyDB::ClearAndAddNxbAvSettings(const char* json) {
   return ClearAndAdd<CNxbAvSetting>(json);

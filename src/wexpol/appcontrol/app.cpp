@@ -21,6 +21,5 @@ const wexpol::Table& CApp::Table() {
 }
 
 bool CApp::SpecialGet(sqlite3* db, long app_id) {
-  return wexpol::QueryRecord(*this, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                             app_id);
+  return wexpol::QueryRecord(*this, db, Table().select_by_key(), app_id);
 }

@@ -5,6 +5,7 @@
 
 #include "wexpol/records/codec.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 
 namespace {
 
@@ -49,11 +50,11 @@ CAppControlInfo& CAppControlInfo::operator=(const APP_CONTROL_INFO& other) {
 }
 
 void CAppControlInfo::CopyFromDB(sqlite3_stmt* lookup) {
-  wexpol::kInt32.copy(lookup, 0, &app_control_id);
-  wexpol::kInt32.copy(lookup, 1, &app_control_app_id);
-  wexpol::kInt16.copy(lookup, 2, &app_id);
+  wexpol::kInt32.Copy(lookup, 0, app_control_id);
+  wexpol::kInt32.Copy(lookup, 1, app_control_app_id);
+  wexpol::kInt16.Copy(lookup, 2, app_id);
   std::int32_t flag = control_flag;
-  wexpol::kInt32.copy(lookup, 3, &flag);
+  wexpol::kInt32.Copy(lookup, 3, flag);
   control_flag = static_cast<CONTROL_FLAG>(flag);
 }
 
@@ -153,9 +154,9 @@ bool CAppControlInfo::IsAppMonitored(sqlite3* db, const unsigned char* md5, int 
 
 bool CAppControlInfo::GetAppName(sqlite3* db) {
   wexpol::Statement select(db, "SELECT name FROM apps WHERE id=?", app_id);
-  if (!select.Row()) return false;
+  if (!select.StepRow()) return false;
   wexpol::WideText name;
-  wexpol::kWideText.copy(select.get(), 0, &name);
+  wexpol::kWideText.Copy(select.get(), 0, name);
   if (name.view().empty()) name = nullptr;
   app_name.Adopt(std::unique_ptr<wchar_t[]>(name.release()));
   return true;
@@ -176,12 +177,11 @@ bool CAppControlInfo::AddAppChecksumToDB(sqlite3* db, const unsigned char* md5,
                            "INSERT INTO app_checksums(app_id, md5, control_flag) SELECT ?1,?2,?3 "
                            "WHERE NOT EXISTS(SELECT 1 FROM app_checksums WHERE md5=?2)");
   if (!insert.ok()) return false;
-  const wexpol::Blob digest = Digest(md5, md5Length);
-  wexpol::kInt16.bind(&app_id, insert, 1);
-  insert.Bind(2, digest.data, digest.size);
+  wexpol::kInt16.Bind(app_id, insert, 1);
+  insert.Bind(2, Digest(md5, md5Length));
   const std::int32_t flag = control_flag;
-  wexpol::kInt32.bind(&flag, insert, 3);
-  return insert.Done();
+  wexpol::kInt32.Bind(flag, insert, 3);
+  return insert.StepDone();
 }
 
 bool CAppControlInfo::AddAppChecksumToDB(sqlite3* db, const unsigned char* md5, int md5Length,

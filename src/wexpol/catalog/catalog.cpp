@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "wexpol.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpol {
 namespace {
@@ -89,7 +90,7 @@ bool HasAllTables(sqlite3* db) {
   // The other name of the settings of remote control, which is a view.
   return CanBePrepared(db, "SELECT id FROM remote_control_settings") &&
          std::ranges::all_of(kTables, [&](const RecordClass* each) {
-           return CanBePrepared(db, each->table().select_sql().c_str());
+           return CanBePrepared(db, each->table().select().text());
          });
 }
 

@@ -36,7 +36,7 @@ bool CAccountBackupDetail::IsOnlineBackupAllowed(sqlite3* db) {
         " INNER JOIN account_backup_details ON account_backup_details.account_id=accounts.id"
         " WHERE service_id=? AND devices.id=?",
         wexpol::kOnlineBackupService, device_id);
-    if (!select.Row()) return false;
+    if (!select.StepRow()) return false;
     const bool allowed = select.Int(1) != 0;
     // A service that does not say whether it is on follows the account.
     const bool enabled = select.IsNull(2) ? allowed : select.Int(2) != 0;

@@ -2,6 +2,7 @@
 
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -27,12 +28,10 @@ const wexpol::Table& CDeviceBackupDetail::Table() {
 }
 
 bool CDeviceBackupDetail::GetRecord(sqlite3* db, long wanted, std::string& error) {
-  static const std::string& by_device =
-      *new std::string(Table().select_sql() + " WHERE device_id=?");
   const wexpol::ReadScope scope(db);
-  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                            wanted) ||
-         wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(by_device), wanted);
+  return wexpol::ReadRecord(*this, error, db, Table().select_by_key(), wanted) ||
+         wexpol::ReadRecord(*this, error, db,
+                            "SELECT * FROM device_backup_details WHERE device_id=?", wanted);
 }
 
 bool CDeviceBackupDetail::IsValid() const { return id > 0 && login; }

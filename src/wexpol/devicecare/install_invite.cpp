@@ -55,8 +55,8 @@ CInstallInvite::CInstallInvite(long invite_id, const wchar_t* invite_token) {
 bool CInstallInvite::GetToken(wchar_t** out, sqlite3* db) {
   *out = nullptr;
   const wexpol::Text first = wexpol::QueryText(db, "SELECT token FROM install_invites");
-  if (!first) return false;
-  *out = wexpol::WideText(std::wstring_view(wexpol::Utf8ToWide(first.view()))).release();
+  if (first == nullptr) return false;
+  *out = wexpol::ToWide(first).release();
   return true;
 }
 
@@ -66,8 +66,7 @@ std::string CInstallInvite::GetTokenA() const { return wexpol::WideToUtf8(token.
 
 bool CInstallInvite::GetRecord(sqlite3* db, long invite_id, std::string& error) {
   if (invite_id < 1 && ReadInstallInviteIdFromRegistry()) invite_id = id;
-  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                            invite_id);
+  return wexpol::ReadRecord(*this, error, db, Table().select_by_key(), invite_id);
 }
 
 bool CInstallInvite::DoesRecordAlreadyExist(sqlite3* db, long invite_id) {
@@ -79,7 +78,7 @@ bool CInstallInvite::DoesRecordAlreadyExist(sqlite3* db, long invite_id) {
     select.Bind(1, std::int64_t{invite_id});
   }
   if (!select.ok()) throw select.code();
-  return select.Row();
+  return select.StepRow();
 }
 
 bool CInstallInvite::Add2DB_or_UpdateDB(sqlite3* db, const char* json) {
@@ -121,7 +120,7 @@ bool CInstallInvite::GetDownloadUrl(std::string& out, sqlite3* db, long invite_i
                               "SELECT link FROM install_invites WHERE row_version="
                               "(SELECT MAX(row_version) FROM install_invites)")
           : wexpol::QueryText(db, "SELECT link FROM install_invites WHERE  id=?", invite_id);
-  if (!found) return false;
+  if (found == nullptr) return false;
   out = found.view();
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include "wexpol/identity/local_device.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -54,8 +55,7 @@ long CRemoteControlSetting::GetIdForThisDevice(sqlite3* db) {
 
 bool CRemoteControlSetting::GetForThisDevice(sqlite3* db, std::string& error) {
   const wexpol::ReadScope scope(db);
-  return wexpol::ReadRecord(*this, error, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                            GetIdForThisDevice(db));
+  return wexpol::ReadRecord(*this, error, db, Table().select_by_key(), GetIdForThisDevice(db));
 }
 
 std::wstring CRemoteControlSetting::GetStreamQualityCommandLineOption() const {

@@ -5,8 +5,9 @@
 #include "wexpol/devicecare/time_server.h"
 #include "wexpol/devicecare/time_zone.h"
 #include "wexpol/identity/local_device.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
-#include "wexpol/records/synchronise.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpol {
 namespace {
@@ -24,7 +25,7 @@ bool GetZone(sqlite3* db, TIME_ZONE_INFORMATION* zone) {
 
 void AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
   ListStatement servers(db, CTimeServer::Table(), nullptr, 0);
-  for (CTimeServer server; servers.Row();) {
+  for (CTimeServer server; servers.StepRow();) {
     server.CopyFromDB(servers.get());
     if (server.url) urls.emplace(server.url.view());
   }

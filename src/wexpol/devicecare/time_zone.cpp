@@ -41,8 +41,7 @@ const wexpol::Table& CTimeZone::Table() {
 }
 
 bool CTimeZone::GetRecord(sqlite3* db, short zone_id) {
-  return wexpol::QueryRecord(*this, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                             zone_id);
+  return wexpol::QueryRecord(*this, db, Table().select_by_key(), zone_id);
 }
 
 bool CTimeZone::GetTimeZoneInformation(TIME_ZONE_INFORMATION* out, sqlite3* db, short zone_id) {

@@ -41,7 +41,7 @@ bool CAccount::IsAccountDisabled(sqlite3* db) {
 
 bool CAccount::GetLocaleId(unsigned long& locale_id, sqlite3* db) {
   wexpol::Statement select(db, "SELECT locale_id FROM accounts");
-  if (!select.Row()) return false;
+  if (!select.StepRow()) return false;
   if (!select.IsNull(0)) locale_id = static_cast<std::uint32_t>(select.Int(0));
   return true;
 }

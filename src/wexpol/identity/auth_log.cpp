@@ -10,6 +10,8 @@ using wexpol::Column;
 
 // The date and time as the decimal number YYYYMMDDHHMMSS; 0 is none.
 struct DateTimeCoding {
+  using Field = SYSTEMTIME;
+
   static std::int64_t Pack(const SYSTEMTIME& time) {
     std::int64_t packed = 0;
     for (const std::uint16_t part :
@@ -45,16 +47,16 @@ struct DateTimeCoding {
   static void Write(const SYSTEMTIME& field, std::string& out) {
     out += std::to_string(Pack(field));
   }
-  static void Bind(const SYSTEMTIME& field, wexpol::Statement& statement, int index) {
-    if (IsNull(field)) return statement.BindNull(index);
-    statement.Bind(index, Pack(field));
+  static void Bind(const SYSTEMTIME& field, wexpol::Target& target) {
+    if (IsNull(field)) return target.Null();
+    target.Int64(Pack(field));
   }
   static void Copy(sqlite3_stmt* row, int column, SYSTEMTIME& field) {
     Unpack(sqlite3_column_int64(row, column), field);
   }
 };
 
-constexpr auto kDateTime = wexpol::MakeCodec<DateTimeCoding, SYSTEMTIME>();
+constexpr auto kDateTime = wexpol::MakeCodec<DateTimeCoding>();
 
 constexpr wexpol::ColumnDef kColumns[] = {
     Column<&tblAuthLog::id>("id", wexpol::kKey | wexpol::kAssignedByDb),

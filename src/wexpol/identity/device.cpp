@@ -9,6 +9,7 @@
 #include "wexpol/platform/text.h"
 #include "wexpol/records/document.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -46,12 +47,6 @@ constexpr wexpol::ColumnDef kColumns[] = {
 };
 
 constexpr char kNics[] = "nics";
-
-const std::string& LocalDeviceSql() {
-  static const std::string& sql =
-      *new std::string(CDevice::Table().select_sql() + " WHERE token IS NOT NULL");
-  return sql;
-}
 
 }  // namespace
 
@@ -116,7 +111,7 @@ bool CDevice::ParseJsonForId(const char* json) {
 
 void CDevice::AppendNics(sqlite3* db, long device_id) {
   wexpol::Statement select(db, "SELECT * FROM nics WHERE device_id=?", device_id);
-  while (select.Row()) {
+  while (select.StepRow()) {
     auto nic = std::make_unique<CNic>();
     nic->CopyFromDB(select.get());
     nics_.Append(std::move(nic));
@@ -127,9 +122,8 @@ bool CDevice::SpecialGetFromDB(sqlite3* db, long device_id) {
   const wexpol::ReadScope scope(db);
   const bool found =
       device_id == -1
-          ? wexpol::QueryRecord(*this, db, wexpol::Sql::Permanent(LocalDeviceSql()))
-          : wexpol::QueryRecord(*this, db, wexpol::Sql::Permanent(Table().select_by_key_sql()),
-                                device_id);
+          ? wexpol::QueryRecord(*this, db, "SELECT * FROM devices WHERE token IS NOT NULL")
+          : wexpol::QueryRecord(*this, db, Table().select_by_key(), device_id);
   if (found) AppendNics(db, device_id);
   return found;
 }
@@ -150,7 +144,7 @@ bool CDevice::GetToken(wchar_t** out, sqlite3* db, long device_id) {
   *out = nullptr;
   std::string narrow;
   if (!GetToken(narrow, db, device_id)) return false;
-  *out = wexpol::WideText(wexpol::Utf8ToWide(narrow)).release();
+  *out = wexpol::ToWide(narrow.c_str()).release();
   return true;
 }
 
@@ -205,9 +199,7 @@ bool CDevice::GetNameA(char* out, int size) const {
   return true;
 }
 
-void CDevice::SetDomain(const char* utf8) {
-  domain = utf8 ? wexpol::WideText(wexpol::Utf8ToWide(utf8)) : wexpol::WideText();
-}
+void CDevice::SetDomain(const char* utf8) { domain = wexpol::ToWide(utf8); }
 
 bool CDevice::GenerateCclId() {
   const std::string machine_id = wexpol::MachineId();

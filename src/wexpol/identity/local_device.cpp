@@ -3,6 +3,7 @@
 #include "wexpol/identity/device_group.h"
 #include "wexpol/platform/device_info.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace wexpol {
@@ -36,7 +37,7 @@ bool GetLocalDeviceGroupName(sqlite3* db, std::wstring& name, std::string& error
   const ReadScope scope(db);
   CDevice device;
   CDeviceGroup group;
-  const Sql by_key = Sql::Permanent(CDeviceGroup::Table().select_by_key_sql());
+  const Sql by_key = CDeviceGroup::Table().select_by_key();
   if (!GetLocalDevice(db, device) ||
       !ReadRecord(group, error, db, by_key, device.device_group_id)) {
     return false;

@@ -40,7 +40,7 @@ bool CLoginDetail::GetBrowserName(long, const wchar_t* login_name, sqlite3* db) 
                            "INNER JOIN logins ON logins.id=login_details.login_id "
                            "INNER JOIN devices ON devices.id=logins.device_id WHERE logins.name=?",
                            utf8);
-  if (!select.Row()) return false;
+  if (!select.StepRow()) return false;
   browser = select.Text(0);
   return true;
 }

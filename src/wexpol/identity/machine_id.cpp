@@ -4,6 +4,7 @@
 
 #include "wexpol/platform/firmware.h"
 #include "wexpol/platform/hash.h"
+#include "wexpol/platform/hex.h"
 #include "wexpol/platform/registry.h"
 #include "wexpol/platform/system_info.h"
 #include "wexpol/platform/text.h"
@@ -24,14 +25,12 @@ constexpr char kKeyNameSeed[] = "QelCSCommonMachineIdManager::createMachineId";
 constexpr std::size_t kInstallationIdChars = 32;
 
 template <std::size_t kSize>
-std::string Hex(const std::array<std::uint8_t, kSize>& bytes, const char* digits) {
+std::string Hex(const std::array<std::uint8_t, kSize>& bytes,
+                const char* digits = kLowerHexDigits) {
   std::string text;
-  for (const std::uint8_t byte : bytes) text += {digits[byte / 16], digits[byte % 16]};
+  AppendHex(bytes.data(), kSize, text, digits);
   return text;
 }
-
-constexpr char kLowerDigits[] = "0123456789abcdef";
-constexpr char kUpperDigits[] = "0123456789ABCDEF";
 
 // Dashes after 8, 12, 16 and 20 digits.
 std::string WithDashes(std::string digits) {
@@ -81,7 +80,7 @@ std::string InstallationId() {
   if (!id.empty()) return id;
   SystemUuid uuid;
   if (!AllocateUuid(&uuid)) return {};
-  id = Hex(uuid, kLowerDigits);
+  id = Hex(uuid);
   return Store(key_path, id) ? id : std::string();
 }
 
@@ -108,17 +107,18 @@ std::optional<SystemUuid> FindSystemUuid(const std::uint8_t* table, std::size_t 
 }
 
 std::string HardwareId(const SystemUuid& uuid) {
-  const std::string text = WithDashes(Hex(uuid, kLowerDigits));
+  const std::string text = WithDashes(Hex(uuid));
   Sha1Digest digest;
   if (!Sha1(text.data(), text.size(), &digest)) return {};
-  return Hex(digest, kLowerDigits);
+  return Hex(digest);
 }
 
 std::wstring InstallationKeyPath(std::uint32_t install_date) {
   const std::string seed = kKeyNameSeed + std::to_string(install_date);
   Md5Digest digest;
   if (!Md5(seed.data(), seed.size(), &digest)) return {};
-  return L"SOFTWARE\\Classes\\CLSID\\{" + Utf8ToWide(WithDashes(Hex(digest, kUpperDigits))) + L"} ";
+  return L"SOFTWARE\\Classes\\CLSID\\{" + Utf8ToWide(WithDashes(Hex(digest, kUpperHexDigits))) +
+         L"} ";
 }
 
 std::string MachineId() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "wexpol/platform/hex.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 
@@ -22,16 +23,12 @@ constexpr std::size_t kMacSize = sizeof(tblNic::mac);
 
 wexpol::Blob MacBytes(const unsigned char* mac) { return {mac, kMacSize}; }
 
-int HexDigit(wchar_t c) {
-  static constexpr std::wstring_view kDigits = L"0123456789abcdefABCDEF";
-  const std::size_t at = kDigits.find(c);
-  return at == kDigits.npos ? -1 : static_cast<int>(at < 16 ? at : at - 6);
-}
-
 // Reads up to the first character that is no digit, as the number of a text is read.
 std::uint8_t HexByte(const wchar_t* pair) {
   int value = 0;
-  for (int i = 0; i < 2 && HexDigit(pair[i]) >= 0; ++i) value = value * 16 + HexDigit(pair[i]);
+  for (int i = 0; i < 2 && wexpol::HexDigit(pair[i]) >= 0; ++i) {
+    value = value * 16 + wexpol::HexDigit(pair[i]);
+  }
   return static_cast<std::uint8_t>(value);
 }
 
@@ -66,9 +63,9 @@ long CNic::GetDeviceID(sqlite3* db, const unsigned char* address) {
   if (!address) return wexpol::QueryInt(db, "SELECT device_id FROM nics").value_or(-1);
   wexpol::Statement select(db, "SELECT device_id FROM nics WHERE mac=?");
   if (!select.ok()) return -1;
-  select.Bind(1, address, kMacSize);
+  select.Bind(1, MacBytes(address));
   if (!select.ok()) throw select.code();
-  return select.Row() && !select.IsNull(0) ? select.Int(0) : -1;
+  return select.StepRow() && !select.IsNull(0) ? select.Int(0) : -1;
 }
 
 bool CNic::DoesMacAddrExist(sqlite3* db, const unsigned char* address, long of_device) {

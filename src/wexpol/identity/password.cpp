@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "wexpol/platform/hex.h"
 #include "wexpol/platform/text.h"
 
 namespace wexpol {
@@ -11,22 +12,14 @@ namespace {
 
 constexpr std::size_t kDigits = 2 * std::tuple_size_v<Md5Digest>;
 constexpr std::size_t kShortenedDigits = kDigits / 2;
-constexpr unsigned kNoDigit = 256;  // Differs from every digit.
-
-unsigned HexValue(wchar_t c) {
-  if (c >= L'0' && c <= L'9') return static_cast<unsigned>(c - L'0');
-  if (c >= L'a' && c <= L'f') return static_cast<unsigned>(c - L'a' + 10);
-  if (c >= L'A' && c <= L'F') return static_cast<unsigned>(c - L'A' + 10);
-  return kNoDigit;
-}
 
 bool IsDigestText(std::wstring_view digits, const Md5Digest& digest) {
   const std::size_t step = kDigits / digits.size();  // 2 where only the first digits are kept.
-  unsigned difference = 0;
+  int difference = 0;
   for (std::size_t i = 0; i < digits.size(); ++i) {
     const std::size_t at = i * step;
-    const unsigned digit = digest[at / 2] >> (at % 2 == 0 ? 4 : 0) & 15;
-    difference |= HexValue(digits[i]) ^ digit;
+    const int digit = digest[at / 2] >> (at % 2 == 0 ? 4 : 0) & 15;
+    difference |= HexDigit(digits[i]) ^ digit;
   }
   return difference == 0;
 }

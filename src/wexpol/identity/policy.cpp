@@ -42,9 +42,7 @@ constexpr wexpol::ColumnDef kColumns[] = {
     Column<&tblPolicy::company_id>("company_id"),
 };
 
-bool Differs(const wexpol::WideText& field, const wchar_t* text) {
-  return field == nullptr || !text ? field.get() != text : field.view() != text;
-}
+bool Differs(const wexpol::WideText& field, const wchar_t* text) { return field != text; }
 
 }  // namespace
 
@@ -54,7 +52,7 @@ const wexpol::Table& CPolicy::Table() {
 }
 
 bool CPolicy::GetDefaultPolicy(sqlite3* db) {
-  return wexpol::QueryRecord(*this, db, Sql::Permanent(Table().select_sql()));
+  return wexpol::QueryRecord(*this, db, Table().select());
 }
 
 PASSWORD_VALIDATION_RESULT CPolicy::IsValidPassword(const wchar_t* password, int, long policy_id,

@@ -13,13 +13,11 @@
 
 namespace {
 
-constexpr char kSingleJsonError[] = "json parsing error";
-
 // Updates the rows of an array of objects or of one object, up to the first that fails.
 template <typename Record, typename Parse>
 bool UpdateRows(sqlite3* db, const char* json, Parse&& parse, std::string& error) {
   if (!db) {
-    error = wexpol::EngineErrorObject(db, SQLITE_MISUSE);
+    error = wexpol::FailureObject(db, SQLITE_MISUSE);
     return false;
   }
   wexpol::Document document;
@@ -31,8 +29,7 @@ bool UpdateRows(sqlite3* db, const char* json, Parse&& parse, std::string& error
     Record record;
     const bool parsed = value.IsObject() && parse(record, value);
     const int code = parsed ? record.UpdateDB(db) : wexpol::kNoCode;
-    if (!parsed) error = wexpol::ErrorObject(code, wexpol::kJsonError);
-    if (parsed && code != SQLITE_DONE) error = wexpol::EngineErrorObject(db, code);
+    if (code != SQLITE_DONE) error = wexpol::FailureObject(db, code);
     return code == SQLITE_DONE;
   });
 }
@@ -79,13 +76,12 @@ bool CPolicyDB::ClearDeviceGroups() { return Clear<CDeviceGroup>(); }
 
 bool CPolicyDB::AddDevice(CDevice* device, const char* json) {
   return wexpol::Ask([&] {
-    wexpol::Document document;
-    if (!device || !document.Parse(json) || !device->ParseJson(document.root(), true)) {
-      m_error = wexpol::ErrorObject(wexpol::kNoCode, kSingleJsonError);
-      return false;
+    const int code = wexpol::AddObject(
+        handle(), device, json,
+        [device](const rapidjson::Value& value) { return device->ParseJson(value, true); });
+    if (code != SQLITE_DONE) {
+      m_error = wexpol::FailureObject(handle(), code, wexpol::kObjectJsonError);
     }
-    const int code = device->Add2DB(handle());
-    if (code != SQLITE_DONE) m_error = wexpol::EngineErrorObject(handle(), code);
     return code == SQLITE_DONE;
   });
 }

@@ -6,7 +6,7 @@
 
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/database_key.h"
-#include "wexpol/records/statement.h"
+#include "wexpol/records/statement_cache.h"
 
 namespace wexpol {
 namespace {

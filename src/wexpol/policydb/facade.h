@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/synchronise.h"
 
 namespace wexpol {
@@ -53,17 +55,14 @@ bool CPolicyDB::List(std::list<Record*>& out, const char* column, long value) {
 
 template <typename Record>
 bool CPolicyDB::ReadFirst(Record& record) {
-  return wexpol::Ask([&] {
-    return wexpol::ReadRecord(record, m_error, handle(),
-                              wexpol::Sql::Permanent(Record::Table().select_sql()));
-  });
+  return wexpol::Ask(
+      [&] { return wexpol::ReadRecord(record, m_error, handle(), Record::Table().select()); });
 }
 
 template <typename Record>
 bool CPolicyDB::ReadByKey(Record& record, long key) {
   return wexpol::Ask([&] {
-    return wexpol::ReadRecord(record, m_error, handle(),
-                              wexpol::Sql::Permanent(Record::Table().select_by_key_sql()), key);
+    return wexpol::ReadRecord(record, m_error, handle(), Record::Table().select_by_key(), key);
   });
 }
 

@@ -102,7 +102,7 @@ bool CPolicyDB::RestoreDB() {
 
 bool CPolicyDB::CheckIntegrity() {
   wexpol::Statement check(handle(), "PRAGMA integrity_check;");
-  if (!check.Row() || sqlite3_column_type(check.get(), 0) != SQLITE_TEXT) return false;
+  if (!check.StepRow() || sqlite3_column_type(check.get(), 0) != SQLITE_TEXT) return false;
   return std::strcmp(check.Text(0), "ok") == 0;
 }
 

@@ -6,52 +6,70 @@
 #include <rapidjson/document.h>
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
-#include "wexpol/records/statement.h"
+#include "wexpol/records/target.h"
 #include "wexpol/records/text.h"
 
 namespace wexpol {
 
-// Works on a field by its address. TypedCodec carries the type of the field, so that a column can
-// only be declared with a codec that fits.
+// Works on a field by its address. Only TypedCodec and the columns of a table, which have checked
+// the type of the field, use it.
 struct Codec {
   // Takes a JSON value of the right type; else answers false, the field kept.
   bool (*parse)(const rapidjson::Value& value, void* field);
   // Binds what parse would have taken, texts straight from the document; false as parse.
-  bool (*bind_parsed)(const rapidjson::Value& value, Statement& statement, int index);
+  bool (*bind_parsed)(const rapidjson::Value& value, Target& target);
   // Whether the field holds its null marker: left out of updates and of generated JSON.
   bool (*is_null)(const void* field);
   void (*write)(const void* field, std::string& out);
   // Binds the field, NULL for the null marker.
-  void (*bind)(const void* field, Statement& statement, int index);
+  void (*bind)(const void* field, Target& target);
   // Takes a column of the current row; NULL leaves the field.
   void (*copy)(sqlite3_stmt* row, int column, void* field);
   // Lets go of memory without freeing it; null for fields that own none.
   void (*release)(void* field);
 };
 
+// The codec of fields of one type; it compiles with no other.
 template <typename Field>
-struct TypedCodec : Codec {};
+class TypedCodec {
+ public:
+  constexpr explicit TypedCodec(const Codec& codec) : codec_(codec) {}
 
-// Makes the codec of a class that works on the field itself, with the static operations Parse,
-// IsNull, Write, Bind and Copy.
-template <typename Coding, typename Field>
-constexpr TypedCodec<Field> MakeCodec() {
-  TypedCodec<Field> codec;
+  void Bind(const std::same_as<Field> auto& field, Statement& statement, int index) const {
+    Target target(statement, index);
+    codec_.bind(&field, target);
+  }
+  void Copy(sqlite3_stmt* row, int column, std::same_as<Field> auto& field) const {
+    codec_.copy(row, column, &field);
+  }
+
+  constexpr const Codec* untyped() const { return &codec_; }
+
+ private:
+  Codec codec_;
+};
+
+// Makes the codec of a class that names its Field and has the static operations Parse, IsNull,
+// Write, Bind and Copy on it.
+template <typename Coding>
+constexpr auto MakeCodec() {
+  using Field = typename Coding::Field;
+  Codec codec{};
   codec.parse = [](const rapidjson::Value& value, void* field) {
     return Coding::Parse(value, *static_cast<Field*>(field));
   };
-  codec.bind_parsed = [](const rapidjson::Value& value, Statement& statement, int index) {
+  codec.bind_parsed = [](const rapidjson::Value& value, Target& target) {
     if constexpr (requires { &Coding::BindParsed; }) {
-      return Coding::BindParsed(value, statement, index);
+      return Coding::BindParsed(value, target);
     } else {
       Field field{};
       if (!Coding::Parse(value, field)) return false;
-      Coding::Bind(field, statement, index);
+      Coding::Bind(field, target);
       return true;
     }
   };
@@ -61,17 +79,16 @@ constexpr TypedCodec<Field> MakeCodec() {
   codec.write = [](const void* field, std::string& out) {
     Coding::Write(*static_cast<const Field*>(field), out);
   };
-  codec.bind = [](const void* field, Statement& statement, int index) {
-    Coding::Bind(*static_cast<const Field*>(field), statement, index);
+  codec.bind = [](const void* field, Target& target) {
+    Coding::Bind(*static_cast<const Field*>(field), target);
   };
   codec.copy = [](sqlite3_stmt* row, int column, void* field) {
     Coding::Copy(row, column, *static_cast<Field*>(field));
   };
-  codec.release = nullptr;
   if constexpr (requires { &Coding::Release; }) {
     codec.release = [](void* field) { Coding::Release(*static_cast<Field*>(field)); };
   }
-  return codec;
+  return TypedCodec<Field>(codec);
 }
 
 // Integers: null is the value with all bits set. JSON numbers that do not fit the sign and 32 bits
@@ -111,10 +128,10 @@ inline constexpr const TypedCodec<Text>* kDefaultCodec<Text> = &kText;
 template <>
 inline constexpr const TypedCodec<WideText>* kDefaultCodec<WideText> = &kWideText;
 
-// Blob as a JSON string of exactly two hexadecimal digits each, written in lower case.
-bool ParseHex(const rapidjson::Value& value, std::uint8_t* bytes, std::size_t size);
+// A blob as a JSON string of exactly two hexadecimal digits for each byte, written in lower case.
+[[nodiscard]] bool ParseHex(const rapidjson::Value& value, std::uint8_t* bytes, std::size_t size);
 void WriteHex(const std::uint8_t* bytes, std::size_t size, std::string& out);
-// Takes a blob of 1 to `size` bytes into the front; anything else changes nothing.
+// Takes a blob into the front, of a longer one as much as fits; anything else changes nothing.
 void CopyBlob(sqlite3_stmt* row, int column, std::uint8_t* bytes, std::size_t size);
 
 // Fixed blocks of bytes: a BLOB in the row, hexadecimal digits in JSON, no null marker.
@@ -124,32 +141,24 @@ struct BytesCoding {
   static bool Parse(const rapidjson::Value& value, Field& field) {
     return ParseHex(value, field.data(), kSize);
   }
-  static bool BindParsed(const rapidjson::Value& value, Statement& statement, int index) {
+  static bool BindParsed(const rapidjson::Value& value, Target& target) {
     Field field;
     if (!Parse(value, field)) return false;
-    statement.BindCopy(index, Blob{field.data(), kSize});
+    target.CopyOf(Blob{field.data(), kSize});
     return true;
   }
   static bool IsNull(const Field&) { return false; }
   static void Write(const Field& field, std::string& out) { WriteHex(field.data(), kSize, out); }
-  static void Bind(const Field& field, Statement& statement, int index) {
-    statement.Bind(index, field.data(), kSize);
-  }
+  static void Bind(const Field& field, Target& target) { target.Bytes(Blob{field.data(), kSize}); }
   static void Copy(sqlite3_stmt* row, int column, Field& field) {
     CopyBlob(row, column, field.data(), kSize);
   }
 };
 template <std::size_t kSize>
-inline constexpr auto kBytes = MakeCodec<BytesCoding<kSize>, std::array<std::uint8_t, kSize>>();
+inline constexpr auto kBytes = MakeCodec<BytesCoding<kSize>>();
 template <std::size_t kSize>
 inline constexpr const TypedCodec<std::array<std::uint8_t, kSize>>*
     kDefaultCodec<std::array<std::uint8_t, kSize>> = &kBytes<kSize>;
-
-// Appends `text` to `out` as a JSON string; bytes that are no UTF-8 become U+FFFD.
-void AppendJsonString(std::string_view text, std::string& out);
-
-// The text of a JSON string, which ends at a zero character in it.
-std::string_view JsonText(const rapidjson::Value& string);
 
 }  // namespace wexpol
 

@@ -15,7 +15,7 @@ namespace wexpol {
 class Document {
  public:
   // False for a null text or one that is no JSON. Nesting is bounded by memory alone.
-  bool Parse(const char* text);
+  [[nodiscard]] bool Parse(const char* text);
 
   // Null until a text was parsed.
   const rapidjson::Value& root() const { return tree_; }
@@ -33,7 +33,7 @@ struct Records {
 
 // Opens the envelope of a table's document: an array of records, one record, or an object that
 // holds either under the singular or else under the table's name. False for any other shape.
-bool FindRecords(const Table& table, const rapidjson::Value& root, Records& records);
+[[nodiscard]] bool FindRecords(const Table& table, const rapidjson::Value& root, Records& records);
 
 }  // namespace wexpol
 

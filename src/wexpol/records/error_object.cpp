@@ -1,6 +1,6 @@
 #include "wexpol/records/error_object.h"
 
-#include "wexpol/records/codec.h"
+#include "wexpol/records/json_text.h"
 
 namespace wexpol {
 
@@ -13,8 +13,14 @@ std::string ErrorObject(int code, std::string_view message) {
   return object;
 }
 
-std::string EngineErrorObject(sqlite3* db, int code) {
-  return ErrorObject(code, db ? sqlite3_errmsg(db) : sqlite3_errstr(code));
+// A statement that was put back has made the engine forget why a value could not be bound.
+std::string EngineMessage(sqlite3* db, int code) {
+  return db && sqlite3_errcode(db) == code ? sqlite3_errmsg(db) : sqlite3_errstr(code);
+}
+
+std::string FailureObject(sqlite3* db, int code, std::string_view json_error) {
+  if (code == kNoCode) return ErrorObject(code, json_error);
+  return ErrorObject(code, EngineMessage(db, code));
 }
 
 }  // namespace wexpol

@@ -11,13 +11,18 @@
 namespace wexpol {
 
 inline constexpr char kJsonError[] = "Error parsing json";
+inline constexpr char kObjectJsonError[] = "json parsing error";  // Where one object is expected.
 inline constexpr int kNoCode = -1;
 
 // {"code": 19,"desc": "UNIQUE constraint failed: accounts.id"}; kNoCode leaves "code" out.
 std::string ErrorObject(int code, std::string_view message);
 
-// The same with the engine's text for its last failure on `db`, which may be null.
-std::string EngineErrorObject(sqlite3* db, int code);
+// The engine's text for its last failure on `db`, which may be null; for another failure than its
+// last one, what the code says by itself.
+std::string EngineMessage(sqlite3* db, int code);
+
+// The error object of the engine's failure, or, for kNoCode, of a fault of the document.
+std::string FailureObject(sqlite3* db, int code, std::string_view json_error = kJsonError);
 
 }  // namespace wexpol
 

@@ -4,14 +4,15 @@
 #include <cstdlib>
 
 #include "wexpol/records/document.h"
-#include "wexpol/records/statement.h"
+#include "wexpol/records/json_text.h"
+#include "wexpol/records/scopes.h"
 
 std::string CGlobalTables::GetMaxRowVersion(std::uint64_t& emptyMask, sqlite3* db,
                                             const char* table, std::uint64_t bit) const {
   std::int64_t version = 0;
   wexpol::Statement select =
       wexpol::Statement::Composed(db, std::string("SELECT max(row_version) FROM ") + table);
-  if (select.Row()) version = select.Int64(0);
+  if (select.StepRow()) version = select.Int64(0);
   if (version == 0) emptyMask |= bit;
   return std::to_string(static_cast<std::int64_t>(bit)) + "," + std::to_string(version);
 }

@@ -24,7 +24,14 @@ bool IsSet(const ColumnDef& column, const void* row) {
 }
 
 void BindField(const ColumnDef& column, const void* row, Statement& statement, int index) {
-  column.codec->bind(FieldIn(column, row), statement, index);
+  Target target(statement, index);
+  column.codec->bind(FieldIn(column, row), target);
+}
+
+bool BindMember(const ColumnDef& column, const rapidjson::Value& member, Statement& statement,
+                int index) {
+  Target target(statement, index);
+  return column.codec->bind_parsed(member, target);
 }
 
 // The member of each column, null where there is none. Members mostly come in column order, so
@@ -79,7 +86,7 @@ bool BindParsedRow(const Table& table, const void* defaults, const rapidjson::Va
   for (const ColumnDef& column : table.columns()) {
     const bool inserted = !(column.flags & kAssignedByDb);
     if (inserted) ++index;
-    if (!(inserted && *member && column.codec->bind_parsed(**member, insert, index))) {
+    if (!(inserted && *member && BindMember(column, **member, insert, index))) {
       if (!MayLack(column, *member, kRequired)) return false;
       if (inserted) BindField(column, defaults, insert, index);
     }
@@ -117,7 +124,7 @@ void GenerateRow(const Table& table, const void* row, std::string& out) {
 }
 
 int AddRow(const Table& table, const void* row, sqlite3* db) {
-  Statement insert(db, Sql::Permanent(table.insert_sql()));
+  Statement insert(db, table.insert());
   if (insert.ok()) BindRow(table, row, insert);
   return insert.Step();
 }
@@ -143,7 +150,7 @@ int UpdateRow(const Table& table, const void* row, sqlite3* db) {
 }
 
 int DeleteRow(const Table& table, const void* row, sqlite3* db) {
-  Statement remove(db, Sql::Permanent(table.delete_sql()));
+  Statement remove(db, table.delete_by_key());
   if (!remove.ok()) return remove.code();
   if (table.key()) BindField(*table.key(), row, remove, 1);
   if (!remove.ok()) throw remove.code();

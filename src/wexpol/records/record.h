@@ -19,11 +19,12 @@ class Table;
 
 // The operations, written once for all tables. `row` is the address of the row structure that the
 // columns of the table point into.
-WEXPOL_API bool ParseRow(const Table& table, void* row, const rapidjson::Value& value, bool strict);
+[[nodiscard]] WEXPOL_API bool ParseRow(const Table& table, void* row, const rapidjson::Value& value,
+                                       bool strict);
 WEXPOL_API void GenerateRow(const Table& table, const void* row, std::string& out);
-WEXPOL_API int AddRow(const Table& table, const void* row, sqlite3* db);
-WEXPOL_API int UpdateRow(const Table& table, const void* row, sqlite3* db);
-WEXPOL_API int DeleteRow(const Table& table, const void* row, sqlite3* db);
+[[nodiscard]] WEXPOL_API int AddRow(const Table& table, const void* row, sqlite3* db);
+[[nodiscard]] WEXPOL_API int UpdateRow(const Table& table, const void* row, sqlite3* db);
+[[nodiscard]] WEXPOL_API int DeleteRow(const Table& table, const void* row, sqlite3* db);
 WEXPOL_API void CopyRow(const Table& table, void* row, sqlite3_stmt* statement);
 WEXPOL_API void ReleaseRow(const Table& table, void* row);
 

@@ -12,8 +12,8 @@ namespace wexpol {
 
 // ParseRow and GenerateRow over columns in an order of their own. A column with one of the
 // `required` flags must be there.
-bool ParseColumns(const Columns& columns, void* row, const rapidjson::Value& value,
-                  unsigned required);
+[[nodiscard]] bool ParseColumns(const Columns& columns, void* row, const rapidjson::Value& value,
+                                unsigned required);
 void GenerateColumns(const Columns& columns, const void* row, std::string& out);
 
 // Binds the values of an insert.
@@ -22,8 +22,8 @@ void BindRow(const Table& table, const void* row, Statement& insert);
 // Binds the values of an insert straight from a JSON object, as if it had been parsed into a record
 // whose fields were those of `defaults`. False, and some values bound, when that parse or a bind
 // would fail. Not for tables with hooks.
-bool BindParsedRow(const Table& table, const void* defaults, const rapidjson::Value& value,
-                   Statement& insert);
+[[nodiscard]] bool BindParsedRow(const Table& table, const void* defaults,
+                                 const rapidjson::Value& value, Statement& insert);
 
 }  // namespace wexpol
 

@@ -11,21 +11,33 @@
 #include <string_view>
 #include <type_traits>
 
-#include "wexpol/records/text.h"
-
 namespace wexpol {
 
-// The text of a statement that lives as long as the program, so that its address identifies it.
+class StatementCache;
+
+// The text of a statement that lives as long as the program, so that its address identifies it: a
+// literal, or what a table hands out. A literal begins with one of the words below, by which the
+// tests find every statement of the sources.
 class Sql {
  public:
-  consteval Sql(const char* literal) : text_(literal) {}
-  // `text` must never be destroyed or changed.
-  static Sql Permanent(const std::string& text) { return {text.c_str(), 0}; }
+  consteval Sql(const char* literal) : text_(literal) {
+    if (!IsStatement(literal)) throw "no statement that the tests would find";
+  }
 
   const char* text() const { return text_; }
 
  private:
-  Sql(const char* text, int) : text_(text) {}
+  friend class Table;
+  explicit Sql(const std::string& permanent) : text_(permanent.c_str()) {}
+
+  static constexpr bool IsStatement(std::string_view text) {
+    for (const std::string_view word : {"SELECT ", "INSERT ", "UPDATE ", "DELETE ", "PRAGMA ",
+                                        "BEGIN", "COMMIT", "ROLLBACK", "SAVEPOINT ", "RELEASE "}) {
+      if (text.starts_with(word)) return true;
+    }
+    return false;
+  }
+
   const char* text_;
 };
 
@@ -39,25 +51,27 @@ struct Blob {
 // has none, prepared here. The destructor leaves it reset with its bindings cleared, so neither a
 // read lock nor a value outlives its use.
 //
-// The first failure sticks: after a failed preparation or bind, Step answers that code. Parameters
-// are numbered from 1 and columns from 0. Texts and blobs are bound without a copy and must outlive
-// the last step.
+// The first failure sticks: after a failed preparation or bind, each step answers that code.
+// Parameters are numbered from 1 and columns from 0. Texts and blobs are bound without a copy and
+// must outlive the last step.
 class Statement {
  public:
   template <typename... Args>
-  Statement(sqlite3* db, Sql sql, const Args&... args)
-      : Statement(Source{sql.text(), true}, db, args...) {}
+  Statement(sqlite3* db, Sql sql, const Args&... args) : db_(db), fixed_text_(sql.text()) {
+    Prepare(sql.text());
+    BindAll(args...);
+  }
   // A statement whose text is put together at run time.
   template <typename... Args>
   static Statement Composed(sqlite3* db, const std::string& text, const Args&... args) {
-    return Statement(Intern(db, text), db, args...);
+    return Statement(text, db, args...);
   }
   ~Statement();
 
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
-  bool ok() const { return code_ == SQLITE_OK; }
+  [[nodiscard]] bool ok() const { return code_ == SQLITE_OK; }
   int code() const { return code_; }
 
   void BindNull(int index) { Note(sqlite3_bind_null(stmt_, index)); }
@@ -65,19 +79,23 @@ class Statement {
   void Bind(int index, std::int64_t value) { Note(sqlite3_bind_int64(stmt_, index, value)); }
   // A null pointer is bound as NULL.
   void Bind(int index, const char* text);
-  void Bind(int index, const char* text, std::size_t size);
+  void Bind(int index, std::string_view text);
   void Bind(int index, const wchar_t* text);
-  void Bind(int index, const void* bytes, std::size_t size);
+  void Bind(int index, Blob bytes);
   // The same with a copy, for what does not outlive the step.
   void BindCopy(int index, std::string_view text);
   void BindCopy(int index, Blob bytes);
 
-  int Step() { return ok() ? sqlite3_step(stmt_) : code_; }
-  bool Row() { return Step() == SQLITE_ROW; }
-  bool Done() { return Step() == SQLITE_DONE; }
+  // SQLITE_ROW, SQLITE_DONE or what went wrong.
+  [[nodiscard]] int Step() { return ok() ? sqlite3_step(stmt_) : code_; }
+  // Steps, and says whether there is a row.
+  [[nodiscard]] bool StepRow() { return Step() == SQLITE_ROW; }
+  // Steps, and says whether the statement has run to its end.
+  [[nodiscard]] bool StepDone() { return Step() == SQLITE_DONE; }
   // Makes the statement ready for another round; the bindings stay.
   void Reset();
 
+  // Of the row that the last step came to.
   bool IsNull(int column) const { return sqlite3_column_type(stmt_, column) == SQLITE_NULL; }
   std::int32_t Int(int column) const { return sqlite3_column_int(stmt_, column); }
   std::int64_t Int64(int column) const { return sqlite3_column_int64(stmt_, column); }
@@ -88,59 +106,35 @@ class Statement {
   sqlite3_stmt* get() const { return stmt_; }
 
  private:
-  struct Source {
-    const char* text;
-    bool kept;  // In the cache of the connection, by the address of the text.
-  };
+  template <typename... Args>
+  Statement(const std::string& text, sqlite3* db, const Args&... args) : db_(db) {
+    Prepare(text.c_str());
+    BindAll(args...);
+  }
+  void Prepare(const char* text);
 
   template <typename... Args>
-  Statement(Source source, sqlite3* db, const Args&... args) : db_(db) {
-    Prepare(source);
+  void BindAll(const Args&... args) {
     [[maybe_unused]] int index = 0;
     if (ok()) (BindOne(++index, args), ...);
   }
-  void Prepare(Source source);
-  static Source Intern(sqlite3* db, const std::string& text);
-
-  void BindOne(int index, const char* text) { Bind(index, text); }
-  void BindOne(int index, const wchar_t* text) { Bind(index, text); }
-  void BindOne(int index, const std::string& text) { Bind(index, text.data(), text.size()); }
   template <typename Integer>
   requires std::is_integral_v<Integer> || std::is_enum_v<Integer>
   void BindOne(int index, Integer value) { Bind(index, static_cast<std::int64_t>(value)); }
-  void BindOne(int index, Blob bytes) { Bind(index, bytes.data, bytes.size); }
+  void BindOne(int index, const char* text) { Bind(index, text); }
+  void BindOne(int index, const wchar_t* text) { Bind(index, text); }
+  void BindOne(int index, const std::string& text) { Bind(index, std::string_view(text)); }
+  void BindOne(int index, Blob bytes) { Bind(index, bytes); }
 
   void Note(int code) {
     if (code_ == SQLITE_OK) code_ = code;
   }
 
-  const char* kept_text_ = nullptr;  // Names the statement in the cache; null for one of its own.
   sqlite3* db_;
+  const char* fixed_text_ = nullptr;  // Null where the text was put together at run time.
+  StatementCache* cache_ = nullptr;   // Where the statement goes back to.
   sqlite3_stmt* stmt_ = nullptr;
   int code_ = SQLITE_OK;
-};
-
-// Gives `db` a statement cache, which then belongs to the connection.
-void EnableStatementCache(sqlite3* db);
-
-// Finalizes the kept statements. To be called before sqlite3_close, which refuses a connection that
-// still has statements.
-void DropStatementCache(sqlite3* db);
-
-// Holds one consistent read of the file for a question of several statements: nothing changes
-// between them, and the file is locked and checked once. Does nothing within a transaction of the
-// caller. To be released before anything is written.
-class ReadScope {
- public:
-  explicit ReadScope(sqlite3* db);
-  ~ReadScope() { Release(); }
-  void Release();
-
-  ReadScope(const ReadScope&) = delete;
-  ReadScope& operator=(const ReadScope&) = delete;
-
- private:
-  sqlite3* db_;  // Null when there is nothing to release.
 };
 
 }  // namespace wexpol

@@ -7,14 +7,13 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
-#include <unordered_set>
+#include <cstdint>
+#include <string_view>
 
 namespace wexpol {
 
-// Keeps statements by the address of their text. One in use is not in here, so a nested use of the
-// same text gets a statement of its own. The number kept is bounded; what finds no place is
-// finalized.
+// One in use is not in here, so a nested use of the same text gets a statement of its own. The
+// number kept is bounded; what finds no place is finalized.
 class StatementCache {
  public:
   StatementCache() = default;
@@ -26,28 +25,51 @@ class StatementCache {
   // Null when the connection has none.
   static StatementCache* Of(sqlite3* db);
 
-  // An idle statement of this text, which is the caller's from now on; or null.
+  // An idle statement of a text that lives as long as the program, found by the text's address. It
+  // is the caller's from now on; null when there is none.
   sqlite3_stmt* Take(const char* text);
   // Takes a reset statement back.
   void Give(const char* text, sqlite3_stmt* statement);
 
-  // The lasting copy of a text put together at run time; null when there are too many.
-  const char* Intern(const std::string& text);
+  // The same of a text put together at run time, found by what it says. Of these only the ones used
+  // last are kept.
+  sqlite3_stmt* TakeComposed(std::string_view text);
+  void GiveComposed(sqlite3_stmt* statement);
+
+  // A transaction that could not be ended is rolled back before anything else is done. Settle
+  // answers SQLITE_OK when there is none any more.
+  void OweRollback() { owes_rollback_ = true; }
+  int Settle(sqlite3* db) { return owes_rollback_ ? RollBack(db) : SQLITE_OK; }
 
  private:
-  struct Slot {
+  struct Fixed {
     const char* text = nullptr;
     sqlite3_stmt* idle = nullptr;
   };
-  static constexpr std::size_t kSlots = 256;  // A power of two.
+  struct Composed {
+    std::size_t hash = 0;
+    std::uint64_t given = 0;  // The youngest has the highest number.
+    sqlite3_stmt* idle = nullptr;
+  };
+  static constexpr std::size_t kFixed = 512;  // A power of two.
   static constexpr std::size_t kProbes = 8;
-  static constexpr std::size_t kMaxInterned = 64;
+  static constexpr std::size_t kComposed = 64;
 
-  Slot& SlotAt(const char* text, std::size_t probe);
+  Fixed& FixedAt(const char* text, std::size_t probe);
+  int RollBack(sqlite3* db);
 
-  std::array<Slot, kSlots> slots_;
-  std::unordered_set<std::string> interned_;
+  std::array<Fixed, kFixed> fixed_;
+  std::array<Composed, kComposed> composed_;
+  std::uint64_t given_ = 0;
+  bool owes_rollback_ = false;
 };
+
+// Gives `db` a statement cache, which then belongs to the connection.
+void EnableStatementCache(sqlite3* db);
+
+// Finalizes the kept statements. To be called before sqlite3_close, which refuses a connection that
+// still has statements.
+void DropStatementCache(sqlite3* db);
 
 }  // namespace wexpol
 

@@ -1,7 +1,7 @@
 #include "wexpol/records/synchronise.h"
 
 #include <algorithm>
-#include <cctype>
+#include <memory>
 #include <optional>
 
 #include "wexpol/records/document.h"
@@ -22,14 +22,14 @@ class Insertion {
         table_(record_class.table()),
         defaults_(record_class.create(), record_class.destroy) {
     if (table_.deviations().through_record || table_.has_hooks()) return;
-    insert_.emplace(db, Sql::Permanent(table_.insert_sql()));
+    insert_.emplace(db, table_.insert());
   }
 
   bool Add(const rapidjson::Value& value, std::string& error) {
     std::optional<int> code = AddStraight(value);
     if (!code) code = AddThroughRecord(value);
     if (code == SQLITE_DONE) return true;
-    error = *code == kNoCode ? ErrorObject(kNoCode, kJsonError) : EngineErrorObject(db_, *code);
+    error = FailureObject(db_, *code);
     return false;
   }
 
@@ -59,37 +59,18 @@ class Insertion {
   std::optional<Statement> insert_;
 };
 
-Statement Select(sqlite3* db, const Table& table, const char* column, std::int64_t value,
-                 const char* order) {
-  if (!column && !order) return {db, Sql::Permanent(table.select_sql())};
-  std::string sql = table.select_sql();
-  if (column) sql.append(" WHERE ").append(column).append("=?");
-  if (order) sql.append(" ORDER BY ").append(order);
-  return column ? Statement::Composed(db, sql, value) : Statement::Composed(db, sql);
-}
-
 }  // namespace
-
-bool IsIdentifier(const char* text) {
-  const auto is_letter = [](char c) {
-    return std::isalpha(static_cast<unsigned char>(c)) || c == '_';
-  };
-  const auto is_digit = [](char c) { return std::isdigit(static_cast<unsigned char>(c)); };
-  if (!is_letter(*text)) return false;
-  const std::string_view rest(text + 1);
-  return std::all_of(rest.begin(), rest.end(), [&](char c) { return is_letter(c) || is_digit(c); });
-}
 
 bool AddDocument(sqlite3* db, const RecordClass& record_class, const char* json,
                  std::string& error) {
   if (!db) {  // Also a document of no records fails on a closed session.
-    error = EngineErrorObject(db, SQLITE_MISUSE);
+    error = FailureObject(db, SQLITE_MISUSE);
     return false;
   }
   Document document;
   Records records;
   if (!document.Parse(json) || !FindRecords(record_class.table(), document.root(), records)) {
-    error = ErrorObject(kNoCode, kJsonError);
+    error = FailureObject(db, kNoCode);
     return false;
   }
   Insertion insertion(db, record_class);
@@ -99,30 +80,10 @@ bool AddDocument(sqlite3* db, const RecordClass& record_class, const char* json,
 
 bool ReplaceTable(sqlite3* db, const RecordClass& record_class, const char* json,
                   std::string& error) {
-  ClearTable(db, record_class.table());
+  static_cast<void>(ClearTable(db, record_class.table()));
   return AddDocument(db, record_class, json, error);
 }
 
-bool ClearTable(sqlite3* db, const Table& table) {
-  return Statement(db, Sql::Permanent(table.clear_sql())).Done();
-}
-
-ListStatement::ListStatement(sqlite3* db, const Table& table, const char* column,
-                             std::int64_t value, const char* order)
-    : db_(db),
-      unknown_(column && !IsIdentifier(column) ? column : nullptr),
-      select_(Select(db, table, unknown_ ? nullptr : column, value, order)) {}
-
-bool ListStatement::Row() {
-  code_ = unknown_ ? SQLITE_ERROR : select_.Step();
-  return code_ == SQLITE_ROW;
-}
-
-bool ListStatement::Finish(std::string& error) const {
-  if (code_ == SQLITE_DONE) return true;
-  error = unknown_ ? ErrorObject(code_, std::string("no such column: ") + unknown_)
-                   : EngineErrorObject(db_, code_);
-  return false;
-}
+bool ClearTable(sqlite3* db, const Table& table) { return Statement(db, table.clear()).StepDone(); }
 
 }  // namespace wexpol

@@ -4,25 +4,27 @@ namespace wexpol {
 
 Table::Table(const char* name, const char* json_key, Columns columns, Deviations deviations)
     : name_(name), json_key_(json_key), columns_(columns), deviations_(deviations) {
+  std::string selected;
   std::string inserted;
   std::string marks;
   for (const ColumnDef& column : columns_) {
     if (column.flags & kKey) key_ = &column;
     if (column.parsed) has_hooks_ = true;
-    column_list_.append(column_list_.empty() ? "" : ",").append(column.name);
+    selected.append(selected.empty() ? "" : ",").append(column.name);
     if (column.flags & kAssignedByDb) continue;
     inserted.append(inserted.empty() ? "" : ",").append(column.name);
     marks.append(marks.empty() ? "?" : ",?");
   }
-  insert_sql_ = std::string("INSERT INTO ") + name + "(" + inserted + ") VALUES(" + marks + ")";
-  if (deviations_.insert) insert_sql_ = deviations_.insert;
-  clear_sql_ = std::string("DELETE FROM ") + name;
-  select_sql_ = "SELECT " + column_list_ + " FROM " + name;
+  const std::string table = name;
+  insert_ = "INSERT INTO " + table + "(" + inserted + ") VALUES(" + marks + ")";
+  if (deviations_.insert) insert_ = deviations_.insert;
+  select_ = "SELECT " + selected + " FROM " + table + deviations_.condition;
+  clear_ = "DELETE FROM " + table;
 
-  std::string condition;
-  if (key_) condition.append(" WHERE ").append(key_->name).append("=?");
-  delete_sql_ = clear_sql_ + condition;
-  select_by_key_sql_ = select_sql_ + condition;
+  std::string of_key;
+  if (key_) of_key.append(" WHERE ").append(key_->name).append("=?");
+  select_by_key_ = select_ + of_key;
+  delete_by_key_ = clear_ + of_key;
 }
 
 const rapidjson::Value& MemberOrSelf(const rapidjson::Value& root,

@@ -56,8 +56,8 @@ void* FieldAddress(void* row) {
 template <auto kMember>
 constexpr ColumnDef Column(std::string_view name, unsigned flags = kPlain,
                            void (*parsed)(void*) = nullptr) {
-  return {name, kDefaultCodec<internal::FieldOf<kMember>>, &internal::FieldAddress<kMember>, flags,
-          parsed};
+  return {name, kDefaultCodec<internal::FieldOf<kMember>>->untyped(),
+          &internal::FieldAddress<kMember>, flags, parsed};
 }
 
 // The same with a codec of its own: Column<&tblDevice::is_master>("is_master", kStrictFlag16).
@@ -65,7 +65,7 @@ template <auto kMember>
 constexpr ColumnDef Column(std::string_view name,
                            const TypedCodec<internal::FieldOf<kMember>>& codec,
                            unsigned flags = kPlain) {
-  return {name, &codec, &internal::FieldAddress<kMember>, flags, nullptr};
+  return {name, codec.untyped(), &internal::FieldAddress<kMember>, flags, nullptr};
 }
 
 // The hook that calls a method of the record.
@@ -96,6 +96,8 @@ class Columns {
 
 // What a table deviates in. Most tables carry none of these.
 struct Deviations {
+  // Which rows are selected: " WHERE ..." with parameters of its own.
+  const char* condition = "";
   // The literal insert. The bound values stay one per column that is not kAssignedByDb.
   const char* insert = nullptr;
   // The record class parses or inserts in its own way, so synchronisation must call it.
@@ -120,14 +122,14 @@ class Table {
   const Deviations& deviations() const { return deviations_; }
   bool has_hooks() const { return has_hooks_; }
 
-  const std::string& column_list() const { return column_list_; }
-  const std::string& insert_sql() const { return insert_sql_; }
-  // Deletes the row of the key; all rows where there is no key.
-  const std::string& delete_sql() const { return delete_sql_; }
-  const std::string& clear_sql() const { return clear_sql_; }
-  const std::string& select_sql() const { return select_sql_; }
-  // Selects by the key; all rows where there is no key.
-  const std::string& select_by_key_sql() const { return select_by_key_sql_; }
+  // The statements, which live as long as the table.
+  Sql insert() const { return Sql(insert_); }
+  Sql select() const { return Sql(select_); }
+  // Every row of the table.
+  Sql clear() const { return Sql(clear_); }
+  // The row of the key; all rows where there is no key.
+  Sql select_by_key() const { return Sql(select_by_key_); }
+  Sql delete_by_key() const { return Sql(delete_by_key_); }
 
  private:
   const char* name_;
@@ -136,12 +138,11 @@ class Table {
   Deviations deviations_;
   const ColumnDef* key_ = nullptr;
   bool has_hooks_ = false;
-  std::string column_list_;
-  std::string insert_sql_;
-  std::string delete_sql_;
-  std::string clear_sql_;
-  std::string select_sql_;
-  std::string select_by_key_sql_;
+  std::string insert_;
+  std::string select_;
+  std::string clear_;
+  std::string select_by_key_;
+  std::string delete_by_key_;
 };
 
 // The member of `root` that the first of the names finds, else `root` itself.

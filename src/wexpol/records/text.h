@@ -53,6 +53,10 @@ class BasicText {
     return !a.chars_ == !b.chars_ && a.view() == b.view();
   }
   friend bool operator!=(const BasicText& a, const BasicText& b) noexcept { return !(a == b); }
+  friend bool operator==(const BasicText& a, const Char* b) noexcept {
+    return !a.chars_ == !b && a.view() == (b ? View(b) : View());
+  }
+  friend bool operator!=(const BasicText& a, const Char* b) noexcept { return !(a == b); }
   friend bool operator==(const BasicText& a, std::nullptr_t) noexcept { return !a.chars_; }
   friend bool operator!=(const BasicText& a, std::nullptr_t) noexcept { return !!a.chars_; }
 

@@ -11,6 +11,7 @@
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/diagnostic_log.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 #include "wexpol/services/service_configuration.h"
 
@@ -62,11 +63,9 @@ void CAuthInfo::Reset() {
 
 // False when the row is not to be had; there may be none.
 bool CAuthInfo::ReadAccount(sqlite3* db) {
-  wexpol::Statement select(db, wexpol::Sql::Permanent(CAccount::Table().select_sql()));
-  const int code = select.Step();
-  if (code != SQLITE_ROW) return code == SQLITE_DONE;
   CAccount account;
-  account.CopyFromDB(select.get());
+  const int code = wexpol::FetchRecord(account, db, CAccount::Table().select());
+  if (code != SQLITE_ROW) return code == SQLITE_DONE;
   account_id = account.id;
   account_disabled = account.account_status_id == ACCOUNT_STATUS_DISABLED;
   return true;

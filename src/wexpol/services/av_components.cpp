@@ -35,17 +35,16 @@ constexpr wexpol::ColumnDef kColumns[] = {
 };
 
 const wexpol::Table& Components() {
-  static const wexpol::Table& table = *new wexpol::Table("device_services", "", kColumns);
+  static const wexpol::Table& table = *new wexpol::Table(
+      "device_services", "", kColumns, {.condition = " WHERE device_id=? AND service_id=?"});
   return table;
 }
 
 }  // namespace
 
 bool CAvComponents::Get(sqlite3* db, long device_id) {
-  static const std::string& sql =
-      *new std::string(Components().select_sql() + " WHERE device_id=? AND service_id=?");
-  wexpol::Statement select(db, wexpol::Sql::Permanent(sql), device_id, wexpol::kAntivirusService);
-  if (!select.Row()) return false;
+  wexpol::Statement select(db, Components().select(), device_id, wexpol::kAntivirusService);
+  if (!select.StepRow()) return false;
   *this = CAvComponents();
   wexpol::CopyRow(Components(), this, select.get());
   return true;

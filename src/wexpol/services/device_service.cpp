@@ -1,8 +1,8 @@
 #include "wexpol/services/device_service.h"
 
 #include "wexpol/platform/system_info.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
-#include "wexpol/records/synchronise.h"
 #include "wexpol/records/table.h"
 #include "wexpol/services/server_edition.h"
 
@@ -98,7 +98,7 @@ bool CDeviceService::IsDeviceServiceAvailable(sqlite3* db, long device, short se
 bool CDeviceService::SetDeviceServiceInfo(sqlite3* db, long id, const char* column, short value) {
   if (!column || !wexpol::IsIdentifier(column)) return false;
   const std::string sql = std::string("UPDATE device_services SET ") + column + "=? WHERE id=?";
-  return wexpol::Statement::Composed(db, sql, value, id).Done();
+  return wexpol::Statement::Composed(db, sql, value, id).StepDone();
 }
 
 bool CDeviceService::GetServicesMarkedForAutoUpgrade(sqlite3* db, std::set<short>& services,

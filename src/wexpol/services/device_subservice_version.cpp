@@ -10,9 +10,9 @@
 #include "wexpol/platform/agent_registry.h"
 #include "wexpol/platform/clock.h"
 #include "wexpol/platform/device_info.h"
-#include "wexpol/records/document.h"
-#include "wexpol/records/error_object.h"
+#include "wexpol/records/json_text.h"
 #include "wexpol/records/row.h"
+#include "wexpol/records/synchronise.h"
 #include "wexpol/services/installed_backup.h"
 
 namespace {
@@ -69,6 +69,8 @@ std::string DateText(const SIMPLE_DATETIME& date) {
 }
 
 struct DateCoding {
+  using Field = SIMPLE_DATETIME;
+
   static bool Parse(const rapidjson::Value& value, SIMPLE_DATETIME& field) {
     if (!value.IsString() || value.GetStringLength() == 0) return false;
     field = ParseDate(wexpol::JsonText(value));
@@ -78,9 +80,9 @@ struct DateCoding {
   static void Write(const SIMPLE_DATETIME& field, std::string& out) {
     out.append("\"").append(DateText(field)).append("\"");
   }
-  static void Bind(const SIMPLE_DATETIME& field, wexpol::Statement& statement, int index) {
-    if (IsNull(field)) return statement.BindNull(index);
-    statement.BindCopy(index, std::string_view(DateText(field)));
+  static void Bind(const SIMPLE_DATETIME& field, wexpol::Target& target) {
+    if (IsNull(field)) return target.Null();
+    target.CopyOf(std::string_view(DateText(field)));
   }
   static void Copy(sqlite3_stmt* row, int column, SIMPLE_DATETIME& field) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
@@ -88,7 +90,7 @@ struct DateCoding {
   }
 };
 
-constexpr auto kDate = wexpol::MakeCodec<DateCoding, SIMPLE_DATETIME>();
+constexpr auto kDate = wexpol::MakeCodec<DateCoding>();
 
 constexpr wexpol::ColumnDef kColumns[] = {
     Column<&Row::subservice_id>("subservice_id", wexpol::kKey),
@@ -217,7 +219,7 @@ bool CDeviceSubserviceVersion::ParseJson(const rapidjson::Value& json) {
   if (subservice_id == -1 && device_id == -1) return false;
   const auto nested = json.FindMember(kSingular);
   if (nested != json.MemberEnd()) {
-    wexpol::ParseColumns(kColumns, &row(), nested->value, wexpol::kPlain);
+    static_cast<void>(wexpol::ParseColumns(kColumns, &row(), nested->value, wexpol::kPlain));
   }
   return true;
 }
@@ -232,13 +234,9 @@ void CDeviceSubserviceVersion::GenerateJson(std::string& out) const {
 }
 
 bool CDeviceSubserviceVersion::UpdateDeviceSubserviceVersion(sqlite3* db, const char* json) {
-  wexpol::Document document;
-  if (!document.Parse(json) || !ParseJson(document.root())) {
-    error_ = wexpol::ErrorObject(wexpol::kNoCode, "json parsing error");
-    return false;
-  }
-  const int code = Add2DB(db);
-  if (code != SQLITE_DONE) error_ = wexpol::EngineErrorObject(db, code);
+  const int code = wexpol::AddObject(
+      db, this, json, [this](const rapidjson::Value& value) { return ParseJson(value); });
+  if (code != SQLITE_DONE) error_ = wexpol::FailureObject(db, code, wexpol::kObjectJsonError);
   return code == SQLITE_DONE;
 }
 

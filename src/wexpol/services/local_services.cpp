@@ -3,6 +3,7 @@
 #include "wexpol/identity/account.h"
 #include "wexpol/identity/local_device.h"
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/services/av_components.h"
 #include "wexpol/services/device_service.h"
 

@@ -26,13 +26,10 @@ constexpr std::size_t kMaxKey = 78;
 int Find(CServiceConfiguration& record, sqlite3* db, const char* key, short service_id) {
   if (!key || std::string_view(key).size() > kMaxKey) return SQLITE_TOOBIG;
   // A service id of 0 or less asks for the row of any service.
-  wexpol::Statement select(db,
-                           "SELECT * FROM service_configurations "
-                           "WHERE key=?1 AND (?2<1 OR service_id=?2)",
-                           key, service_id);
-  const int code = select.Step();
-  if (code == SQLITE_ROW) record.CopyFromDB(select.get());
-  return code;
+  return wexpol::FetchRecord(record, db,
+                             "SELECT * FROM service_configurations "
+                             "WHERE key=?1 AND (?2<1 OR service_id=?2)",
+                             key, service_id);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "wexpol/webfilter/category.h"
 
 #include "wexpol/records/query.h"
+#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -34,7 +35,7 @@ bool AnyNamed(sqlite3* db, wexpol::Sql sql, const std::set<std::wstring>& names,
   for (const std::wstring& name : names) {
     // The empty name matches no category, not even one without a name.
     if (select.ok()) select.Bind(1, name.empty() ? nullptr : name.c_str());
-    if (select.Row()) {
+    if (select.StepRow()) {
       if (!select.IsNull(0)) value = select.Int(0);
       if (is_hit(value)) return true;
     }

@@ -14,7 +14,7 @@ struct WholeSchedule : Schedule {
     if (sqlite3_column_bytes(row, column) == sizeof field) Schedule::Copy(row, column, field);
   }
 };
-constexpr auto kSchedule = wexpol::MakeCodec<WholeSchedule, Schedule::Field>();
+constexpr auto kSchedule = wexpol::MakeCodec<WholeSchedule>();
 
 constexpr wexpol::ColumnDef kColumns[] = {
     Column<&tblFilterSetting::id>("id", wexpol::kKey | wexpol::kRequired),

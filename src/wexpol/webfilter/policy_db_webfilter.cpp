@@ -41,15 +41,13 @@ bool CPolicyDB::GetFilterUrls(std::list<CFilterUrl*>& out, const char* column, l
 }
 bool CPolicyDB::AddFilterUrl(CFilterUrl* url, const char* json) {
   return wexpol::Ask([&] {
-    wexpol::Document document;
-    if (!url || !document.Parse(json) || !url->ParseJson(document.root())) {
-      m_error = wexpol::ErrorObject(wexpol::kNoCode, "json parsing error");
-      return false;
-    }
-    const int code = url->Add2DB(handle());
+    const int code = wexpol::AddObject(handle(), url, json, [url](const rapidjson::Value& value) {
+      return url->ParseJson(value);
+    });
     if (code == SQLITE_DONE) return true;
-    m_error = "SQLite error: " + std::to_string(code) + " : " +
-              (handle() ? sqlite3_errmsg(handle()) : sqlite3_errstr(code));
+    m_error = code == wexpol::kNoCode ? wexpol::ErrorObject(code, wexpol::kObjectJsonError)
+                                      : "SQLite error: " + std::to_string(code) + " : " +
+                                            wexpol::EngineMessage(handle(), code);
     return false;
   });
 }

@@ -1,6 +1,6 @@
 #include "wexpol/webfilter/safe_search_parameter.h"
 
-#include "wexpol/records/synchronise.h"
+#include "wexpol/records/lists.h"
 
 namespace {
 

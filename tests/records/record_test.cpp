@@ -221,9 +221,9 @@ TEST_F(CodecTest, ValuesAtTheirBoundsAreTheSameStraightAndThroughTheRecord) {
   }
 }
 
-TEST_F(CodecTest, BlobsOfAnotherSizeOrTypeAreNotTaken) {
+TEST_F(CodecTest, ABlobFillsTheFrontAndNothingElseIsTaken) {
   const std::pair<const char*, const char*> kCases[] = {{"x'aabb'", "\"aabb00\""},
-                                                        {"x'aabbccdd'", "\"000000\""},
+                                                        {"x'aabbccdd'", "\"aabbcc\""},
                                                         {"x''", "\"000000\""},
                                                         {"'abc'", "\"000000\""},
                                                         {"NULL", "\"000000\""}};

@@ -4,7 +4,8 @@
 #include <tuple>
 
 #include "tests/support/policy_test.h"
-#include "wexpol/records/statement.h"
+#include "wexpol/records/scopes.h"
+#include "wexpol/records/statement_cache.h"
 
 namespace {
 

@@ -34,7 +34,7 @@ bool CPolicyDB::SetLastScanSummary(CLastScanSummary* summary) {
     if (!summary) return false;
     wexpol::WriteScope scope(handle());
     if (!scope.ok()) return false;
-    wexpol::ClearTable(handle(), CLastScanSummary::Table());
+    static_cast<void>(wexpol::ClearTable(handle(), CLastScanSummary::Table()));
     return summary->Add2DB(handle()) == SQLITE_DONE && scope.Commit();
   });
 }

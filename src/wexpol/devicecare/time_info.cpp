@@ -29,7 +29,7 @@ void AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
     server.CopyFromDB(servers.get());
     if (server.url) urls.emplace(server.url.view());
   }
-  servers.Finish(error);
+  static_cast<void>(servers.Finish(error));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "wexpol/identity/device_group.h"
 #include "wexpol/platform/device_info.h"
 #include "wexpol/records/query.h"
-#include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
 
 namespace wexpol {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "wexpol/identity/device.h"
-#include "wexpol/records/statement.h"
+#include "wexpol/records/scopes.h"
 
 namespace wexpol {
 

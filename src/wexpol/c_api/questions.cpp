@@ -5,8 +5,8 @@
 #include "wexpol/c_api/session.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/connection.h"
-#include "wexpol/records/codec.h"
 #include "wexpol/records/document.h"
+#include "wexpol/records/json_text.h"
 
 namespace {
 

@@ -27,7 +27,7 @@ int EngineFailure(wexpol_session& session) {
   sqlite3* db = HandleOf(session.db);
   const int code = db ? sqlite3_errcode(db) : SQLITE_MISUSE;
   const bool engines = code != SQLITE_OK && code != SQLITE_ROW && code != SQLITE_DONE;
-  return Failure(session, engines ? EngineErrorObject(db, code)
+  return Failure(session, engines ? FailureObject(db, code)
                                   : ErrorObject(SQLITE_ERROR, "the operation was refused"));
 }
 
@@ -77,7 +77,7 @@ int wexpol_open(wexpol_session** session, const char* access_code, const char* p
         wexpol::Open(access_code, path, read_only ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE,
                      busy_timeout_ms);
     const bool valid = opened->db.IsValidDB();
-    if (!valid) opened->error = wexpol::EngineErrorObject(nullptr, SQLITE_CANTOPEN);
+    if (!valid) opened->error = wexpol::FailureObject(nullptr, SQLITE_CANTOPEN);
     *session = opened.release();
     return valid ? SQLITE_OK : SQLITE_CANTOPEN;
   } catch (int) {
@@ -105,7 +105,7 @@ int wexpol_restore(wexpol_session* session) {
   if (!session) return SQLITE_MISUSE;
   return wexpol::Ask(SQLITE_NOMEM, [&]() -> int {
     if (session->db.RestoreDB()) return SQLITE_OK;
-    return wexpol::Failure(*session, wexpol::EngineErrorObject(nullptr, SQLITE_CANTOPEN));
+    return wexpol::Failure(*session, wexpol::FailureObject(nullptr, SQLITE_CANTOPEN));
   });
 }
 

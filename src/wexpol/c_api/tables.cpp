@@ -5,6 +5,7 @@
 #include "wexpol/c_api/session.h"
 #include "wexpol/catalog/catalog.h"
 #include "wexpol/policydb/connection.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/synchronise.h"
 
 namespace {
@@ -49,7 +50,7 @@ bool AppendRows(sqlite3* db, const wexpol::RecordClass& record_class, const char
                 std::int64_t value, std::string& out, std::string& error) {
   wexpol::ListStatement select(db, record_class.table(), column, value);
   char separator = '[';
-  while (select.Row()) {
+  while (select.StepRow()) {
     const std::unique_ptr<void, void (*)(void*)> record(record_class.create(),
                                                         record_class.destroy);
     void* row = record_class.row(record.get());

@@ -160,35 +160,74 @@ TEST_F(AlertTimingTest, DurationsWrapAt32BitsAndCountsStopAt32767) {
   EXPECT_EQ(Record(3), 1);
 }
 
-TEST_F(AlertTimingTest, AFailedWriteChangesNothing) {
+std::string Refuse(const std::string& write) {
+  return "CREATE TRIGGER refuse BEFORE " + write + " BEGIN SELECT RAISE(ABORT,'refused'); END";
+}
+
+TEST_F(AlertTimingTest, WhatFollowsTheBufferingStandsOrFallsAsOne) {
+  AddTypes("(1,5,1,5,2,1,10)");
+  for (const bool own_transaction : {false, true}) {
+    for (const char* write :
+         {"INSERT ON alert_logs", "DELETE ON alert_logs", "DELETE ON alert_logs_buffer"}) {
+      Sql("DELETE FROM alert_logs; DELETE FROM alert_logs_buffer;"
+          "INSERT INTO alert_logs VALUES(1,1,NULL,'old',5,NULL,1,1);" +
+          Refuse(write));
+      EXPECT_TRUE(!own_transaction || db().Transaction(TRANSACTION_BEGIN));
+      EXPECT_EQ(Record(1), 0) << write;
+      EXPECT_EQ(Record(1), -1) << write;
+      EXPECT_TRUE(!own_transaction || db().Transaction(TRANSACTION_COMMIT));
+      EXPECT_EQ(Row("SELECT (SELECT details FROM alert_logs),count(*) FROM alert_logs_buffer"),
+                "old|2")
+          << write;
+      Sql("DROP TRIGGER refuse");
+      EXPECT_EQ(Record(1), 1) << write;
+      EXPECT_EQ(Row("SELECT details,alert_name FROM alert_logs"), "d|n");
+      EXPECT_EQ(Row("SELECT count(*) FROM alert_logs_buffer"), "0");
+    }
+  }
+  Sql("DROP TABLE alert_logs_buffer");
+  EXPECT_THROW(CAlertLogBuffer::AddAlertLogBuffer(handle(), &Type(1), "x"), int);
+}
+
+TEST_F(AlertTimingTest, ALockedFileChangesNothing) {
   AddTypes("(1,5,1,5,2,1,10),(2,5,1,5,1,1,10)");
-  Sql("INSERT INTO alert_logs VALUES(1,1,NULL,'old',5,NULL,1,1)");
-  EXPECT_EQ(Record(1), 0);
   EXPECT_TRUE(db().UpdateAlertCheck(2, true));
   const auto before = State();
   const CAlertLog log(&Type(1), "x", -1, -1);
   std::vector<long> to_send;
   CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 0);
-  Sql("CREATE TRIGGER no BEFORE INSERT ON alert_logs BEGIN SELECT RAISE(ABORT,''); END");
-  for (const char* lock : {"BEGIN IMMEDIATE", "COMMIT"}) {
-    Sql(lock);
-    EXPECT_EQ(session.AddAlertLogBuffer(&Type(2), "x"), 0);  // Held back before any write.
-    EXPECT_EQ(session.AddAlertLogBuffer(&Type(1), "x"), -1);
-    EXPECT_FALSE(session.AddAlertLogBuffer(to_send, 5, "x"));
-    EXPECT_FALSE(session.AddAlertLog(&log));
-  }
+  Sql("BEGIN IMMEDIATE");
+  EXPECT_EQ(session.AddAlertLogBuffer(&Type(2), "x"), 0);  // Held back before any write.
+  EXPECT_EQ(session.AddAlertLogBuffer(&Type(1), "x"), -1);
+  EXPECT_FALSE(session.AddAlertLogBuffer(to_send, 5, "x"));
+  EXPECT_FALSE(session.AddAlertLog(&log));
+  Sql("COMMIT");
   EXPECT_TRUE(session.Transaction(TRANSACTION_BEGIN));  // None was left open.
   session.CloseDB();
   EXPECT_EQ(session.AddAlertLogBuffer(&Type(1), "x"), -1);
   EXPECT_EQ(State(), before);
-  Sql("DROP TRIGGER no");
   EXPECT_TRUE(db().Transaction(TRANSACTION_BEGIN));  // The caller's own.
+  EXPECT_EQ(Record(1), 0);
   EXPECT_EQ(Record(1), 1);
   EXPECT_TRUE(db().Transaction(TRANSACTION_ROLLBACK));
-  EXPECT_EQ(Record(1), 1);  // Only now for good.
-  EXPECT_EQ(Row("SELECT details,alert_name FROM alert_logs"), "d|n");
-  Sql("DROP TABLE alert_logs_buffer");
-  EXPECT_THROW(CAlertLogBuffer::AddAlertLogBuffer(handle(), &Type(1), "x"), int);
+  EXPECT_EQ(State(), before);
+}
+
+TEST_F(AlertTimingTest, ALogStartsItsTimerAlsoWhenItIsNotStored) {
+  AddTypes("(1,5,1,5,2,1,10)");
+  const CAlertLog log(&Type(1), "x", -1, -1);
+  RecordList<CAlertLog> logs;
+  Sql(Refuse("INSERT ON alert_logs"));
+  EXPECT_FALSE(db().AddAlertLog(&log));
+  EXPECT_EQ(db().GetAlertCheckTime(1), log.event_start);
+  Sql("DROP TRIGGER refuse;" + Refuse("INSERT ON alert_checks"));
+  EXPECT_FALSE(db().AddAlertLog(&log));
+  EXPECT_EQ(Row("SELECT count(*) FROM alert_logs"), "0");
+  EXPECT_FALSE(db().GetAlertLogs(logs.list, 1));
+  EXPECT_EQ(db().GetError(), R"({"code": 19,"desc": "refused"})");
+  Sql("DROP TRIGGER refuse");
+  EXPECT_TRUE(db().GetAlertLogs(logs.list, 1));
+  EXPECT_TRUE(db().AddAlertLog(&log));
 }
 
 constexpr std::size_t kPerProcess = 100;

@@ -31,6 +31,12 @@ bool CAlertCheck::GetRecord(sqlite3* db, long type_id) {
                              type_id);
 }
 
+std::int64_t CAlertCheck::GetTime(sqlite3* db, long type_id) {
+  CAlertCheck check;
+  check.GetRecord(db, type_id);
+  return check.date_time;
+}
+
 bool CAlertCheck::UpdateAlertCheck(sqlite3* db, long type_id, bool sent) {
   return wexpol::Execute(db, kReplace, type_id, wexpol::NowUtc(), sent);
 }

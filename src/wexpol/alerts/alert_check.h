@@ -13,15 +13,23 @@ struct tblAlertCheck {
   bool alert_sent = false;      // Whether the alert of the last period was sent.
 };
 
+// The timer that spaces the alerts of one event type. It is started when an alert is sent or turns
+// out to have nothing to send; once its period is over the next check is due.
+//
+// Insertion replaces the timer of the type.
 class WEXPOL_API CAlertCheck : public wexpol::Record<CAlertCheck, tblAlertCheck> {
  public:
   static const wexpol::Table& Table();
 
+  // Takes the timer of a type; false when it has none.
   bool GetRecord(sqlite3* db, long type_id);
+  // When the timer of a type was started; -1 when it has none.
+  static std::int64_t GetTime(sqlite3* db, long type_id);
 
-  // Starts the type's timer anew.
+  // Starts the timer of a type anew. False when that cannot be written.
   static bool UpdateAlertCheck(sqlite3* db, long type_id, bool sent);
-  // Starts the timer of a type that has none.
+  // Starts the timer of a type that has none, and leaves one that runs. False when that cannot be
+  // written.
   static bool StartTimer(sqlite3* db, long type_id);
 
   // Seconds until the timer has run for `period` seconds, 0 when it has; starts it where there is

@@ -46,9 +46,21 @@ const wexpol::Table& CAlertEventType::TimingTable() {
   return table;
 }
 
+bool CAlertEventType::GetRecord(sqlite3* db, long type_id) {
+  return wexpol::QueryRecord(*this, db, "SELECT * FROM alert_event_types WHERE id=? AND enabled=1",
+                             type_id);
+}
+
 bool CAlertEventType::LoadFromDb(sqlite3* db, short kind) {
   return wexpol::QueryRecord(
       *this, db, "SELECT * FROM alert_event_types WHERE event_type_id=? AND enabled=1", kind);
+}
+
+bool CAlertEventType::IsAutoAcknowledgeEnabled(sqlite3* db, short kind) {
+  return wexpol::QueryExists(db,
+                             "SELECT id FROM alert_event_types WHERE event_type_id=? AND "
+                             "auto_acknowledge_enabled=1",
+                             kind);
 }
 
 bool CAlertEventType::IsWindowsServiceEvent() const {

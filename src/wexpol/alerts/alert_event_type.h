@@ -21,14 +21,19 @@ struct tblAlertEventType {
   bool auto_acknowledge_enabled = false;
 };
 
+// The rule by which occurrences of one kind of event become an alert.
 class WEXPOL_API CAlertEventType : public wexpol::Record<CAlertEventType, tblAlertEventType> {
  public:
   static const wexpol::Table& Table();
   // The same with only those columns that say when the type is to be checked.
   static const wexpol::Table& TimingTable();
 
-  // The first enabled type of a kind of event.
+  // Takes the type of that id, if it is enabled.
+  bool GetRecord(sqlite3* db, long type_id);
+  // Takes the first enabled type of a kind of event.
   bool LoadFromDb(sqlite3* db, short kind);
+  // Whether a type of that kind of event, enabled or not, has its alerts acknowledged by itself.
+  static bool IsAutoAcknowledgeEnabled(sqlite3* db, short kind);
 
   // Whether the kind of event is one of the three of Windows services.
   bool IsWindowsServiceEvent() const;

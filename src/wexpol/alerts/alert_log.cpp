@@ -1,10 +1,14 @@
 #include "wexpol/alerts/alert_log.h"
 
+#include <cstddef>
 #include <cstdio>
 
+#include "wexpol/alerts/alert_check.h"
 #include "wexpol/alerts/alert_event_type.h"
+#include "wexpol/alerts/delete_by_type.h"
 #include "wexpol/platform/clock.h"
 #include "wexpol/platform/system_types.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 
@@ -66,13 +70,24 @@ void CAlertLog::GenerateJson(std::string& out, long device_id) const {
   out += '}';
 }
 
+bool CAlertLog::AddWithTimer(sqlite3* db) const {
+  return CAlertCheck::UpdateAlertCheck(db, alert_event_type_id, false) && Add2DB(db) == SQLITE_DONE;
+}
+
+bool CAlertLog::List(sqlite3* db, std::list<CAlertLog*>& out, long type_id, std::string& error) {
+  const std::size_t before = out.size();
+  if (!wexpol::ListRecords(db, out, "alert_event_type_id", type_id, error, "id")) return false;
+  if (out.size() > before || CAlertCheck::UpdateAlertCheck(db, type_id, false)) return true;
+  error = wexpol::FailureObject(db, sqlite3_errcode(db));
+  return false;
+}
+
 bool CAlertLog::ReplaceInDB(sqlite3* db) const {
   return wexpol::Execute(db, kDeleteOfType, alert_event_type_id) && Add2DB(db) == SQLITE_DONE;
 }
 
 int CAlertLog::DeleteByType(sqlite3* db, long type_id) {
-  if (type_id < 1) return wexpol::Statement(db, "DELETE FROM alert_logs").Step();
-  return wexpol::Statement(db, kDeleteOfType, type_id).Step();
+  return wexpol::DeleteRowsOfType(db, Table(), kDeleteOfType, type_id);
 }
 
 bool CAlertLog::GetStartAndEndTimes(sqlite3* db, std::int64_t& start, std::int64_t& end,

@@ -4,6 +4,7 @@
 #define WEXPOL_ALERTS_ALERT_LOG_H_
 
 #include <cstdint>
+#include <list>
 #include <string>
 
 #include "wexpol/records/record.h"
@@ -21,11 +22,14 @@ struct tblAlertLog {
   std::int64_t event_end = -1;
 };
 
+// An alert: the occurrences of one event type that were enough, from the first to the last. A type
+// has one pending log at most unless the host adds more.
 class WEXPOL_API CAlertLog : public wexpol::Record<CAlertLog, tblAlertLog> {
  public:
   CAlertLog() = default;
-  // Null details are those of the type; a start of -1 is now, an end of -1 is the start.
-  CAlertLog(const CAlertEventType* type, const char* details, std::int64_t start, std::int64_t end);
+  // Null for `text`, the details, stands for those of the type; a start of -1 is now, an end of -1
+  // is the start.
+  CAlertLog(const CAlertEventType* type, const char* text, std::int64_t start, std::int64_t end);
 
   static const wexpol::Table& Table();
 
@@ -33,6 +37,14 @@ class WEXPOL_API CAlertLog : public wexpol::Record<CAlertLog, tblAlertLog> {
   // device's, and with the times as local time "2024-03-13T12:00:00". A time that is none is left
   // out.
   void GenerateJson(std::string& out, long device_id) const;
+
+  // Starts the timer of its event type anew and inserts the log, in this order: the timer runs also
+  // when the insert then fails. False when either fails; without the timer nothing is inserted.
+  bool AddWithTimer(sqlite3* db) const;
+  // Appends the logs of a type in the order of their ids; the records are the caller's. Where there
+  // is none the timer of the type is started anew. False, with the error object in `error`, when
+  // either fails.
+  static bool List(sqlite3* db, std::list<CAlertLog*>& out, long type_id, std::string& error);
 
   // Inserts the log in place of all logs of its event type.
   bool ReplaceInDB(sqlite3* db) const;

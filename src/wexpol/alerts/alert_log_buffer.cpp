@@ -1,10 +1,12 @@
 #include "wexpol/alerts/alert_log_buffer.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "wexpol/alerts/alert_check.h"
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/alert_log.h"
+#include "wexpol/alerts/delete_by_type.h"
 #include "wexpol/alerts/units.h"
 #include "wexpol/records/lists.h"
 #include "wexpol/records/owned_list.h"
@@ -36,7 +38,9 @@ bool IsSuppressed(sqlite3* db, const CAlertEventType& type) {
          check.Suppresses(wexpol::MinutesToSeconds(type.suppression_duration));
 }
 
-// Removes what fell out of the type's window: with no window, all that was before now.
+// Removes what fell out of the type's window: with no window, all that was before now. Its start
+// and the id are bound as fields are: one that is the null marker goes as NULL, and nothing is
+// removed.
 void Purge(sqlite3* db, const CAlertEventType& type) {
   wexpol::Statement purge(
       db, "DELETE FROM alert_logs_buffer WHERE event_time<? AND alert_event_type_id=?");
@@ -49,6 +53,22 @@ void Purge(sqlite3* db, const CAlertEventType& type) {
   if (code != SQLITE_DONE) throw int{code};
 }
 
+bool Buffer(sqlite3* db, const CAlertEventType& type, const char* details) {
+  wexpol::WriteScope scope(db);
+  if (!scope.ok()) throw scope.code();
+  Purge(db, type);
+  const CAlertLogBuffer occurrence(type.id, details ? details : type.details.get());
+  return occurrence.Add2DB(db) == SQLITE_DONE && scope.Commit();
+}
+
+// As many as the numbers here can tell; nothing when they cannot be counted.
+std::optional<std::int16_t> Count(sqlite3* db, long type_id) {
+  const auto count = wexpol::QueryInt64(
+      db, "SELECT COUNT(*) FROM alert_logs_buffer WHERE alert_event_type_id=?", type_id);
+  if (!count) return std::nullopt;
+  return static_cast<std::int16_t>(std::min<std::int64_t>(*count, INT16_MAX));
+}
+
 // A log that is not sent now waits for the type's next check.
 long Decide(sqlite3* db, const CAlertEventType& type, long required) {
   const bool send = type.suppression_duration == 0 ||
@@ -56,23 +76,30 @@ long Decide(sqlite3* db, const CAlertEventType& type, long required) {
   return send ? kSend : kNothing;
 }
 
-// Buffers the occurrence, and makes one log of all that are buffered once they are enough.
-long RecordOccurrence(sqlite3* db, const CAlertEventType& type, const char* details) {
-  Purge(db, type);
-  const CAlertLogBuffer occurrence(type.id, details ? details : type.details.get());
-  if (occurrence.Add2DB(db) != SQLITE_DONE) return kFailed;
-
-  // Sizes and percentages were judged before the call: there one occurrence is enough.
-  const long required = type.threshold_unit_id == wexpol::kOccurrences ? type.threshold : 1;
-  if (CAlertLogBuffer::GetCount(db, type.id) < required) return kNothing;
+// Makes one log of all that is buffered, in the place of the one that is pending. After a failure
+// the log stays pending and the occurrences stay buffered.
+long Condense(sqlite3* db, const CAlertEventType& type, long required) {
+  // One lock over all of it: an occurrence that another process records meanwhile would be counted
+  // by neither, and deleted with the others. Within a transaction of the caller the savepoint alone
+  // holds it together.
+  wexpol::WriteScope scope(db);
+  wexpol::Savepoint writes(db);
+  if (!scope.ok() || !writes.ok()) return kFailed;
+  const auto count = Count(db, type.id);
+  if (!count) return kFailed;
+  // Another process was faster.
+  if (*count == 0 || *count < required) return kNothing;
 
   std::int64_t first = -1;
   std::int64_t last = -1;
   std::string condensed;
-  if (!CAlertLogBuffer::GetCondensedInfo(db, first, last, condensed, type.id)) return kNothing;
-  if (!CAlertLog(&type, condensed.c_str(), first, last).ReplaceInDB(db)) return kFailed;
-  if (!wexpol::Execute(db, kDeleteOfType, type.id)) return kFailed;
-  return Decide(db, type, required);
+  if (!CAlertLogBuffer::GetCondensedInfo(db, first, last, condensed, type.id) ||
+      !CAlertLog(&type, condensed.c_str(), first, last).ReplaceInDB(db) ||
+      !wexpol::Execute(db, kDeleteOfType, type.id)) {
+    return kFailed;
+  }
+  const long decision = Decide(db, type, required);
+  return writes.Commit() && scope.Commit() ? decision : kFailed;
 }
 
 }  // namespace
@@ -91,12 +118,12 @@ CAlertLogBuffer::CAlertLogBuffer(long type_id, const char* text) {
 long CAlertLogBuffer::AddAlertLogBuffer(sqlite3* db, const CAlertEventType* type,
                                         const char* details) {
   if (IsSuppressed(db, *type)) return kNothing;
-  // One lock over all of it: an occurrence that another process records meanwhile would be counted
-  // by neither, and deleted with the others.
-  wexpol::WriteScope scope(db);
-  if (!scope.ok()) throw scope.code();
-  const long result = RecordOccurrence(db, *type, details);
-  return result != kFailed && scope.Commit() ? result : kFailed;
+  if (!Buffer(db, *type, details)) return kFailed;
+  // Sizes and percentages were judged before the call: there one occurrence is enough.
+  const long required = type->threshold_unit_id == wexpol::kOccurrences ? type->threshold : 1;
+  const auto count = Count(db, type->id);
+  if (!count) return kFailed;
+  return *count < required ? kNothing : Condense(db, *type, required);
 }
 
 bool CAlertLogBuffer::AddAlertLogBuffer(std::vector<long>& to_send, sqlite3* db, short kind,
@@ -104,6 +131,7 @@ bool CAlertLogBuffer::AddAlertLogBuffer(std::vector<long>& to_send, sqlite3* db,
   wexpol::OwnedList<CAlertEventType> types;
   std::string error;
   bool done = wexpol::ListRecords(db, types.items(), "event_type_id", kind, error);
+  to_send.reserve(to_send.size() + types.items().size());  // No id is lost for want of memory.
   for (const CAlertEventType* type : types.items()) {
     if (!type->enabled) continue;
     const long result = AddAlertLogBuffer(db, type, details);
@@ -114,11 +142,7 @@ bool CAlertLogBuffer::AddAlertLogBuffer(std::vector<long>& to_send, sqlite3* db,
 }
 
 short CAlertLogBuffer::GetCount(sqlite3* db, long type_id) {
-  const std::int64_t count =
-      wexpol::QueryInt64(db, "SELECT COUNT(*) FROM alert_logs_buffer WHERE alert_event_type_id=?",
-                         type_id)
-          .value_or(0);
-  return static_cast<short>(std::min<std::int64_t>(count, INT16_MAX));
+  return Count(db, type_id).value_or(0);
 }
 
 bool CAlertLogBuffer::GetCondensedInfo(sqlite3* db, std::int64_t& first, std::int64_t& last,
@@ -135,6 +159,5 @@ bool CAlertLogBuffer::GetCondensedInfo(sqlite3* db, std::int64_t& first, std::in
 }
 
 int CAlertLogBuffer::DeleteByType(sqlite3* db, long type_id) {
-  if (type_id < 1) return wexpol::Statement(db, "DELETE FROM alert_logs_buffer").Step();
-  return wexpol::Statement(db, kDeleteOfType, type_id).Step();
+  return wexpol::DeleteRowsOfType(db, Table(), kDeleteOfType, type_id);
 }

@@ -19,21 +19,27 @@ struct tblAlertLogBuffer {
   wexpol::Text details;
 };
 
+// One occurrence of an event. It leaves the buffer when its type's time window is over, or with the
+// others when they become an alert.
 class WEXPOL_API CAlertLogBuffer : public wexpol::Record<CAlertLogBuffer, tblAlertLogBuffer> {
  public:
   CAlertLogBuffer() = default;
-  // An occurrence that happens now.
-  CAlertLogBuffer(long type_id, const char* details);
+  // An occurrence that happens now, with its details.
+  CAlertLogBuffer(long type_id, const char* text);
 
   static const wexpol::Table& Table();
 
   // Records an occurrence of `type`, with its details when `details` is null. 1: an alert log was
-  // made of the occurrences, to be sent now. 0: nothing is to be sent. -1: a write failed. Throws
-  // the SQLite code, an int, when the occurrences that left the time window cannot be removed. All
-  // is written or, after a failure, nothing.
+  // made of the occurrences, to be sent now. 0: nothing is to be sent. -1: a read or a write
+  // failed. Throws the SQLite code, an int, when the occurrences that left the time window cannot
+  // be removed.
+  //
+  // Replacing the pending log and emptying the buffer stand or fall as one, also in a transaction
+  // of the caller. When they fail, the occurrence stays buffered and the log stays pending.
   static long AddAlertLogBuffer(sqlite3* db, const CAlertEventType* type, const char* details);
   // The same for every enabled type of a kind of event; appends the ids of those that answer 1.
-  // False when the types cannot be read or a write failed.
+  // False when the types cannot be read or one of them answers -1; the others are recorded all the
+  // same.
   static bool AddAlertLogBuffer(std::vector<long>& to_send, sqlite3* db, short kind,
                                 const char* details);
 

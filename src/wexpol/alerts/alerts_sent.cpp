@@ -1,5 +1,6 @@
 #include "wexpol/alerts/alerts_sent.h"
 
+#include "wexpol/alerts/delete_by_type.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 
@@ -25,7 +26,7 @@ CAlertsSent::CAlertsSent(short kind) { event_type_id = kind; }
 bool CAlertsSent::WasSent(sqlite3* db, short kind) {
   wexpol::Statement select(db, "SELECT id FROM alerts_sent WHERE event_type_id=?");
   if (!select.ok()) return false;
-  wexpol::kInt16.Bind(kind, select, 1);
+  wexpol::kInt16.Bind(kind, select, 1);  // As a field is bound: -1 is NULL, which equals nothing.
   if (!select.ok()) throw select.code();
   return select.StepRow();
 }
@@ -36,6 +37,6 @@ bool CAlertsSent::WasSentBefore(sqlite3* db, short kind, std::int64_t time) {
 }
 
 int CAlertsSent::DeleteByType(sqlite3* db, short kind) {
-  if (kind < 1) return wexpol::Statement(db, "DELETE FROM alerts_sent").Step();
-  return wexpol::Statement(db, "DELETE FROM alerts_sent WHERE event_type_id=?", kind).Step();
+  return wexpol::DeleteRowsOfType(db, Table(), "DELETE FROM alerts_sent WHERE event_type_id=?",
+                                  kind);
 }

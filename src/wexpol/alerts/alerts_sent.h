@@ -14,6 +14,7 @@ struct tblAlertsSent {
   std::int64_t event_time = wexpol::NowUtc();  // Seconds since 1970 UTC.
 };
 
+// A note of the host's that a kind of alert was sent. No rule here adds or removes one.
 class WEXPOL_API CAlertsSent : public wexpol::Record<CAlertsSent, tblAlertsSent> {
  public:
   CAlertsSent() = default;
@@ -21,7 +22,8 @@ class WEXPOL_API CAlertsSent : public wexpol::Record<CAlertsSent, tblAlertsSent>
 
   static const wexpol::Table& Table();
 
-  // Throws the SQLite code, an int, when the type cannot be bound.
+  // Whether a kind of alert was sent: ever, or earlier than `time` in seconds since 1970 UTC.
+  // WasSent throws the SQLite code, an int, when the kind cannot be bound.
   static bool WasSent(sqlite3* db, short kind);
   static bool WasSentBefore(sqlite3* db, short kind, std::int64_t time);
 

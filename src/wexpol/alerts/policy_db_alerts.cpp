@@ -21,25 +21,13 @@ bool CPolicyDB::GetAlertEventTypes(std::list<CAlertEventType*>& out, const char*
 }
 
 bool CPolicyDB::GetAlertEventType(CAlertEventType* type, long id) {
-  return Ask([&] {
-    return type &&
-           wexpol::QueryRecord(*type, handle(),
-                               "SELECT * FROM alert_event_types WHERE id=? AND enabled=1", id);
-  });
+  return type && Ask([&] { return type->GetRecord(handle(), id); });
 }
-
 bool CPolicyDB::GetAlertEventType(CAlertEventType* type, short eventTypeId) {
-  return Ask([&] { return type && type->LoadFromDb(handle(), eventTypeId); });
+  return type && Ask([&] { return type->LoadFromDb(handle(), eventTypeId); });
 }
-
-// A disabled type counts, too.
 bool CPolicyDB::IsAutoAcknowledgeEnabled(short eventTypeId) {
-  return Ask([&] {
-    return wexpol::QueryExists(handle(),
-                               "SELECT * FROM alert_event_types WHERE event_type_id=? AND "
-                               "auto_acknowledge_enabled=1",
-                               eventTypeId);
-  });
+  return Ask([&] { return CAlertEventType::IsAutoAcknowledgeEnabled(handle(), eventTypeId); });
 }
 
 bool CPolicyDB::ClearAndAddSalesAlertOptions(const char* json) {
@@ -61,32 +49,16 @@ bool CPolicyDB::AddAlertLogBuffer(std::vector<long>& toSend, short eventTypeId,
 }
 
 bool CPolicyDB::AddAlertLog(const CAlertLog* log) {
-  return log && Ask([&] {
-           wexpol::WriteScope scope(handle());
-           if (!scope.ok()) return false;
-           CAlertCheck::UpdateAlertCheck(handle(), log->alert_event_type_id, false);
-           return log->Add2DB(handle()) == SQLITE_DONE && scope.Commit();
-         });
+  return log && Ask([&] { return log->AddWithTimer(handle()); });
 }
-
 bool CPolicyDB::GetAlertLogs(std::list<CAlertLog*>& out, long alertEventTypeId) {
-  return Ask([&] {
-    const std::size_t before = out.size();
-    const bool complete =
-        wexpol::ListRecords(handle(), out, "alert_event_type_id", alertEventTypeId, m_error, "id");
-    if (complete && out.size() == before) UpdateAlertCheck(alertEventTypeId, false);
-    return complete;
-  });
+  return Ask([&] { return CAlertLog::List(handle(), out, alertEventTypeId, m_error); });
 }
-
 bool CPolicyDB::DeleteAlertLogs(long alertEventTypeId) {
   return Ask([&] { return CAlertLog::DeleteByType(handle(), alertEventTypeId) == SQLITE_DONE; });
 }
-
 bool CPolicyDB::DeleteAlertLog(const CAlertLog* log) {
-  return Ask([&] {
-    return log && wexpol::Execute(handle(), "DELETE FROM alert_logs WHERE id=?", log->id);
-  });
+  return log && Ask([&] { return wexpol::DeleteById<CAlertLog>(handle(), log->id); });
 }
 
 int CPolicyDB::AddAlertSent(short eventTypeId) {
@@ -107,11 +79,7 @@ bool CPolicyDB::UpdateAlertCheck(long alertEventTypeId, bool alertSent) {
 }
 
 std::int64_t CPolicyDB::GetAlertCheckTime(long alertEventTypeId) {
-  return Ask(std::int64_t{-1}, [&] {
-    CAlertCheck check;
-    check.GetRecord(handle(), alertEventTypeId);
-    return check.date_time;
-  });
+  return Ask(std::int64_t{-1}, [&] { return CAlertCheck::GetTime(handle(), alertEventTypeId); });
 }
 
 long CPolicyDB::GetAlertSecondsRemaining(long alertEventTypeId, std::uint64_t period) {

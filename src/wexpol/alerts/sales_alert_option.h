@@ -9,7 +9,7 @@
 
 struct tblSalesAlertOption {
   std::int32_t id = -1;
-  std::int32_t partner_id = -1;
+  std::int32_t partner_id = -1;  // Who sells the account its services.
   bool av_enabled = false;
   bool backup_enabled = false;
   bool cpu_enabled = false;
@@ -18,6 +18,7 @@ struct tblSalesAlertOption {
   bool ram_enabled = false;
 };
 
+// The choice of one partner.
 class WEXPOL_API CSalesAlertOption : public wexpol::Record<CSalesAlertOption, tblSalesAlertOption> {
  public:
   static const wexpol::Table& Table();

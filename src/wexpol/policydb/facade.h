@@ -29,6 +29,14 @@ bool Ask(Question&& question) noexcept {
   return Ask(false, std::forward<Question>(question));
 }
 
+// Deletes the row of that id; true also when there is none.
+template <typename Record>
+bool DeleteById(sqlite3* db, std::int32_t id) {
+  Record key;
+  key.id = id;
+  return key.DelFromDB(db) == SQLITE_DONE;
+}
+
 }  // namespace wexpol
 
 template <typename Record>

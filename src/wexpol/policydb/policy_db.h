@@ -65,7 +65,7 @@ class Connection;
 sqlite3* HandleOf(const CPolicyDB& session);
 }  // namespace wexpol
 
-enum TRANSACTION {
+enum TRANSACTION : int {
   TRANSACTION_BEGIN = 0,
   TRANSACTION_COMMIT = 1,
   TRANSACTION_ROLLBACK = 2,
@@ -276,7 +276,7 @@ class WEXPOL_API CPolicyDB {
   bool AnyMoviesAndTvCategories(const std::set<std::wstring>& names);
   bool IsPornCategoryPresent(const std::set<std::wstring>& names);
   bool GetNoCacheCategories(std::string& out);
-  // Always.
+  // True: filtering is set up for the machine, not for each login.
   bool IsFilterMachineOriented();
   bool AddFilterSettings(const char* json);
   bool ClearFilters();
@@ -388,7 +388,7 @@ class WEXPOL_API CPolicyDB {
   bool ClearAndAddSalesAlertOptions(const char* json);
   bool GetSalesAlertOptions(CSalesAlertOption* option);
   // Records an occurrence; null details are those of the type. 1: an alert log was made, to be sent
-  // now. 0: nothing is to be sent. -1: a write failed, and nothing was written.
+  // now. 0: nothing is to be sent. -1: a read or a write failed.
   long AddAlertLogBuffer(const CAlertEventType* type, const char* details);
   // The same for every enabled type of a kind of event: appends the ids of the types to send for.
   bool AddAlertLogBuffer(std::vector<long>& toSend, short eventTypeId, const char* details);

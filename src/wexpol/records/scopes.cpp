@@ -58,4 +58,20 @@ bool WriteScope::Commit() {
   return true;
 }
 
+Savepoint::Savepoint(sqlite3* db)
+    : undo_(db, "ROLLBACK TO writes"),
+      release_(db, "RELEASE writes"),
+      open_(undo_.ok() && release_.ok() && Statement(db, "SAVEPOINT writes").StepDone()) {}
+
+// After a failure that made the engine end the whole transaction both fail, and nothing is left.
+Savepoint::~Savepoint() {
+  if (open_ && undo_.StepDone()) static_cast<void>(release_.StepDone());
+}
+
+bool Savepoint::Commit() {
+  if (!open_ || !release_.StepDone()) return false;
+  open_ = false;
+  return true;
+}
+
 }  // namespace wexpol

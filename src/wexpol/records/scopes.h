@@ -52,6 +52,25 @@ class WriteScope {
   std::optional<Statement> rollback_;
 };
 
+// Writes within a transaction, whoever has opened it, that stand or fall together: they are taken
+// back unless they are committed, and what the transaction wrote before stays. It, too, prepares
+// what ends it before it begins.
+class Savepoint {
+ public:
+  explicit Savepoint(sqlite3* db);
+  ~Savepoint();
+  Savepoint(const Savepoint&) = delete;
+  Savepoint& operator=(const Savepoint&) = delete;
+
+  [[nodiscard]] bool ok() const { return open_; }
+  [[nodiscard]] bool Commit();
+
+ private:
+  Statement undo_;
+  Statement release_;
+  bool open_;
+};
+
 }  // namespace wexpol
 
 #endif  // WEXPOL_RECORDS_SCOPES_H_

@@ -197,6 +197,46 @@ TEST_F(AppControlTest, WhatAnotherProcessLearntMeanwhileIsNotLearntAgain) {
   EXPECT_EQ(Learnt().size(), 1u);
 }
 
+// Counts how often the engine waits, and lets it go on at once.
+class CountedSleeps {
+ public:
+  CountedSleeps() {
+    count_ = 0;
+    vfs_->xSleep = [](sqlite3_vfs*, int microseconds) { return ++count_, microseconds; };
+  }
+  ~CountedSleeps() { vfs_->xSleep = sleep_; }
+  int TakeCount() { return std::exchange(count_, 0); }
+
+ private:
+  static inline int count_;
+  sqlite3_vfs* vfs_ = sqlite3_vfs_find(nullptr);
+  decltype(sqlite3_vfs::xSleep) sleep_ = vfs_->xSleep;
+};
+
+TEST_F(AppControlTest, LearningNeverWaitsForAnotherProcess) {
+  CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 5000);
+  sqlite3* host = wexpol::OpenKeyed(path(), kReadWrite);
+  sqlite3_busy_timeout(host, 50);
+  const std::string digest(16, 'x');
+  CAppControlInfo info;
+  info.login_id = 1;
+  CountedSleeps sleeps;
+  Sql("BEGIN IMMEDIATE");
+  EXPECT_TRUE(session.IsAppControlled(info, "block.exe", Bytes(digest), 16));
+  EXPECT_TRUE(session.IsAppMonitored(info, "watch.exe", Bytes(digest), 16));
+  EXPECT_EQ(sleeps.TakeCount(), 0);
+  // What is added by itself waits, and so does a handle of the host's.
+  EXPECT_FALSE(session.AddAppChecksumToDB(Bytes(digest), 16, 1));
+  EXPECT_GT(sleeps.TakeCount(), 0);
+  EXPECT_TRUE(info.IsAppControlled(host, "block.exe", Bytes(digest), 16, true));
+  EXPECT_GT(sleeps.TakeCount(), 0);
+  EXPECT_EQ(sqlite3_close(host), SQLITE_OK);
+  Sql("COMMIT");
+  EXPECT_EQ(Learnt(), Lines{});
+  EXPECT_TRUE(session.IsAppControlled(info, "block.exe", Bytes(digest), 16));
+  EXPECT_EQ(Learnt(), Lines{Digest(1, 1, 'x')});
+}
+
 TEST_F(AppControlTest, MonitoringAloneNeedsAResolvedPolicy) {
   const std::string digest(16, 'w');
   CAppControlInfo info;

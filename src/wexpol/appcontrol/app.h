@@ -13,6 +13,8 @@ struct tblApp {
   wexpol::Text name;              // As shown to the user.
 };
 
+// A program, whatever the names and contents of its files; "app_files" and "app_checksums" say how
+// it is told.
 class WEXPOL_API CApp : public wexpol::Record<CApp, tblApp> {
  public:
   static const wexpol::Table& Table();

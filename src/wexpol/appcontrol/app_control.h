@@ -9,10 +9,11 @@
 
 struct tblAppControl {
   std::int32_t id = -1;
-  std::int32_t policy_service_id = -1;
-  bool enabled = true;  // A rule set that is off blocks nothing.
+  std::int32_t policy_service_id = -1;  // Row of "policy_services", which names the policy.
+  bool enabled = true;                  // A rule set that is off blocks nothing.
 };
 
+// A rule set: the programs that a policy blocks.
 class WEXPOL_API CAppControl : public wexpol::Record<CAppControl, tblAppControl> {
  public:
   static const wexpol::Table& Table();

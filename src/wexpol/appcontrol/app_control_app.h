@@ -9,10 +9,11 @@
 
 struct tblAppControlApp {
   std::int32_t id = -1;
-  std::int16_t app_id = -1;
+  std::int16_t app_id = -1;          // Row of "apps".
   std::int32_t app_control_id = -1;  // The rule set.
 };
 
+// One program of one rule set.
 class WEXPOL_API CAppControlApp : public wexpol::Record<CAppControlApp, tblAppControlApp> {
  public:
   static const wexpol::Table& Table();

@@ -1,9 +1,10 @@
 #include "wexpol/appcontrol/app_control_info.h"
 
+#include <cstddef>
 #include <cstring>
-#include <utility>
 
 #include "wexpol/records/codec.h"
+#include "wexpol/records/no_wait.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/scopes.h"
 
@@ -166,12 +167,18 @@ void CAppControlInfo::Learn(wexpol::ReadScope& read, sqlite3* db, const unsigned
                             int md5Length) const {
   if (LookupChecksum(db, md5, md5Length)) return;
   read.Release();
-  AddAppChecksumToDB(db, md5, md5Length);
+  // The program's start waits for the answer, which does not depend on this: when another process
+  // is writing, the digest is learnt at a later start.
+  const wexpol::NoWait no_wait(db);
+  InsertChecksum(db, md5, md5Length);
 }
 
 bool CAppControlInfo::AddAppChecksumToDB(sqlite3* db, const unsigned char* md5,
                                          int md5Length) const {
-  if (LookupChecksum(db, md5, md5Length)) return true;
+  return LookupChecksum(db, md5, md5Length) || InsertChecksum(db, md5, md5Length);
+}
+
+bool CAppControlInfo::InsertChecksum(sqlite3* db, const unsigned char* md5, int md5Length) const {
   // Looks again where it writes: another process may have learnt the digest since.
   wexpol::Statement insert(db,
                            "INSERT INTO app_checksums(app_id, md5, control_flag) SELECT ?1,?2,?3 "

@@ -96,7 +96,10 @@ class WEXPOL_API CAppControlInfo : public APP_CONTROL_INFO {
   // The name of `app_id` into `app_name`; an empty one is none. False when there is no such
   // program.
   bool GetAppName(sqlite3* db);
+  // Makes the digest known under what was found, after the end of the read. Never waits on the
+  // connection of a session.
   void Learn(wexpol::ReadScope& read, sqlite3* db, const unsigned char* md5, int md5Length) const;
+  bool InsertChecksum(sqlite3* db, const unsigned char* md5, int md5Length) const;
   // Adds the digest for `app_id` and `control_flag`. True also when it was known, whatever for.
   bool AddAppChecksumToDB(sqlite3* db, const unsigned char* md5, int md5Length) const;
 };

@@ -9,10 +9,11 @@
 
 struct tblAppFile {
   std::int32_t id = -1;
-  std::int16_t app_id = -1;
-  wexpol::Text name;  // Of the executable, without a folder; compared byte by byte.
+  std::int16_t app_id = -1;  // Row of "apps".
+  wexpol::Text name;         // Of the executable, without a folder; compared byte by byte.
 };
 
+// The name of an executable that belongs to a program.
 class WEXPOL_API CAppFile : public wexpol::Record<CAppFile, tblAppFile> {
  public:
   static const wexpol::Table& Table();

@@ -28,11 +28,8 @@ bool CPolicyDB::GetAppControlApps(std::list<CAppControlApp*>& out, const char* c
   return List(out, column, value);
 }
 bool CPolicyDB::DeleteAppControlAppFromDB(long id) {
-  return wexpol::Ask([&] {
-    CAppControlApp app;
-    app.id = static_cast<std::int32_t>(id);
-    return app.DelFromDB(handle()) == SQLITE_DONE;
-  });
+  return wexpol::Ask(
+      [&] { return wexpol::DeleteById<CAppControlApp>(handle(), static_cast<std::int32_t>(id)); });
 }
 
 // The policy is part of the same read as the decision under it.

@@ -113,6 +113,8 @@ TEST_F(ScheduleTest, EachRuleAndItsLogLine) {
       {Make(0, kNone, 120), 15, 0, 0, 691'199, "nSecondsLeft = 691199"},
       {Make(kNone, 16, 60), 15, 12, 0, 46'800, "nSecondsLeft = 46800 (this month)"},
       {Make(kNone, 1, 0), 15, 12, 0, 1'339'199, "nSecondsLeft = 1339199 (next month)"},
+      {Make(kNone, 15, INT32_MIN), 16, 12, 0, 2'462'399,
+       "nSecondsLeft = -128846556481 (next month)"},
       // No day has 1441 minutes: as if it had passed.
       {Make(kNone, 15, 1441), 15, 12, 0, 2'635'259, "nSecondsLeft = -13357656000 (this month)"},
   };

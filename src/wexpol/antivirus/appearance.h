@@ -14,7 +14,7 @@ struct tblAppearance {
   std::int32_t av_setting_id = -1;
   std::int16_t tray_notification = -1;
   std::int16_t user_notification = -1;
-  bool user_tray_icon_enabled = false;
+  bool user_tray_icon_enabled = false;  // From here on: what the user sees and hears.
   bool license_upgrade_notification_enabled = false;
   bool sound_events_enabled = false;
   bool play_sounds_on_full_screen = false;
@@ -28,6 +28,8 @@ struct tblAppearance {
   wexpol::Text ignore_warning_components;  // Numbers separated by commas.
 };
 
+// How the antivirus component shows itself to the user. The table has one row, or only its first is
+// used.
 class WEXPOL_API CAppearance : public wexpol::Record<CAppearance, tblAppearance> {
  public:
   static const wexpol::Table& Table();

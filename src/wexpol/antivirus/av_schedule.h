@@ -34,6 +34,7 @@ struct tblAvSchedule {
   bool rerun_update_on_internet_connection = false;
 };
 
+// One task of the antivirus component, a scan or an update, and when it runs next.
 class WEXPOL_API CAvSchedule : public wexpol::Record<CAvSchedule, tblAvSchedule> {
  public:
   static const wexpol::Table& Table();

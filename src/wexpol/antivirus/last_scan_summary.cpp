@@ -4,6 +4,8 @@
 
 #include "wexpol/platform/system_types.h"
 #include "wexpol/records/row.h"
+#include "wexpol/records/scopes.h"
+#include "wexpol/records/synchronise.h"
 #include "wexpol/records/table.h"
 
 namespace {
@@ -36,6 +38,13 @@ bool CLastScanSummary::ParseJson(const rapidjson::Value& value) {
     end_time = ConvertDateTimeStringToEpoch(end->value.GetString());
   }
   return true;
+}
+
+bool CLastScanSummary::ReplaceInDB(sqlite3* db) const {
+  wexpol::WriteScope scope(db);
+  if (!scope.ok()) return false;
+  static_cast<void>(wexpol::ClearTable(db, Table()));  // Ignored: the record is added all the same.
+  return Add2DB(db) == SQLITE_DONE && scope.Commit();
 }
 
 std::int64_t CLastScanSummary::ConvertDateTimeStringToEpoch(const char* text) {

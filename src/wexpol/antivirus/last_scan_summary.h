@@ -15,6 +15,8 @@ struct tblLastScanSummary {
   std::int32_t threats_found = 0;
 };
 
+// The result of the last scan on this device, reported to the console.
+//
 // The console does not know the id of the row. It sends "end_time" as a text and is told it as a
 // number.
 class WEXPOL_API CLastScanSummary : public wexpol::Record<CLastScanSummary, tblLastScanSummary> {
@@ -23,6 +25,10 @@ class WEXPOL_API CLastScanSummary : public wexpol::Record<CLastScanSummary, tblL
 
   // An "end_time" that is a text but no date becomes -1.
   bool ParseJson(const rapidjson::Value& value);
+
+  // Puts the record in the place of the one that is stored. False when it cannot be written;
+  // outside a transaction the old one then stays.
+  bool ReplaceInDB(sqlite3* db) const;
 
   // The seconds since 1970 of the UTC time "2020-01-02T03:04:05", for which leading zeros may be
   // missing and more may follow; -1 for any other text and for a date that does not exist.

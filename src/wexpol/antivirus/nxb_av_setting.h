@@ -21,7 +21,8 @@ struct tblNxbAvSetting {
   wexpol::Text wexupd_file;
 };
 
-// The table has one row at most, or only its first is used.
+// What the agent needs to install the antivirus component: where its installer is, and what it is
+// handed. The table has one row at most, or only its first is used.
 class WEXPOL_API CNxbAvSetting : public wexpol::Record<CNxbAvSetting, tblNxbAvSetting> {
  public:
   static const wexpol::Table& Table();

@@ -30,11 +30,5 @@ bool CPolicyDB::GetLastScanSummary(CLastScanSummary* summary) {
   return summary && ReadFirst(*summary);
 }
 bool CPolicyDB::SetLastScanSummary(CLastScanSummary* summary) {
-  return wexpol::Ask([&] {
-    if (!summary) return false;
-    wexpol::WriteScope scope(handle());
-    if (!scope.ok()) return false;
-    static_cast<void>(wexpol::ClearTable(handle(), CLastScanSummary::Table()));
-    return summary->Add2DB(handle()) == SQLITE_DONE && scope.Commit();
-  });
+  return summary && wexpol::Ask([&] { return summary->ReplaceInDB(handle()); });
 }

@@ -2,6 +2,7 @@
 // change to or from daylight time before the run is not seen.
 
 #include <cinttypes>
+#include <cstdint>
 #include <optional>
 
 #include "wexpol/antivirus/av_schedule.h"
@@ -129,6 +130,7 @@ long UntilDayOfMonth(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
 
   SYSTEMTIME end = EndOfDay(now);
   end.wDay = kDaysInMonth[now.wMonth];
+  // Widened first: the console's minutes may be any number.
   const std::int64_t minutes_of_month =
       schedule.day_minutes + (std::int64_t{schedule.day_of_month} - 1) * kMinutesPerDay;
   seconds = GetDeltaInSeconds(end, now) + minutes_of_month * kSecondsPerMinute;

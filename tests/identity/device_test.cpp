@@ -81,6 +81,11 @@ TEST_F(DeviceTest, ReadsADeviceWithInterfaces) {
   EXPECT_EQ(Json(*device.nics().front()), R"({"id": 2,"device_id": 12,"mac": "010203000000"})");
   EXPECT_FALSE(db().GetDevice(&device, 99));
   EXPECT_EQ(NicIds(device), "2 3 ");  // A read that finds nothing leaves the record.
+  Sql("ALTER TABLE nics RENAME TO whole; CREATE VIEW nics AS SELECT id,device_id,mac,ipv4,"
+      "CASE id WHEN 3 THEN abs(-9223372036854775807-1) END AS ipv6 FROM whole");
+  EXPECT_FALSE(db().GetDevice(&device, 12));  // Its second interface cannot be read.
+  EXPECT_EQ(NicIds(device), "2 3 ");
+  Sql("DROP VIEW nics; ALTER TABLE whole RENAME TO nics");
   EXPECT_TRUE(db().GetDevice(&device, -1));
   EXPECT_EQ(std::to_string(device.id) + NicIds(device), "12");  // -1 has no interfaces.
 

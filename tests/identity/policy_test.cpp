@@ -8,6 +8,10 @@
 #include "wexpol/identity/password.h"
 #include "wexpol/platform/text.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
+
 namespace {
 
 class PolicyTableTest : public PolicyTest {
@@ -93,7 +97,7 @@ TEST(ProxyPassword, IsDecrypted) {
     for (const std::string& plain :
          {std::string(), std::string("8 bytes!"), std::string("päß→🔑"), std::string(255, 'x')}) {
       CPolicy policy;
-      EXPECT_TRUE(policy.SetProxyServerPasswordEncrypted(Encrypt(plain, key).c_str(),
+      EXPECT_TRUE(policy.SetProxyServerPasswordEncrypted((Encrypt(plain, key) + L"\r\n").c_str(),
                                                          wexpol::Utf8ToWide(key)));
       EXPECT_EQ(policy.GetProxyServerPassword(), plain);
     }
@@ -146,6 +150,60 @@ TEST(PolicyTextsTest, DifferWhereOneIsMissingOrAnother) {
     EXPECT_EQ((policy.*get)(), "\u00e4");
   }
 }
+
+#ifdef __SANITIZE_ADDRESS__
+// While it lives, looks for texts in the memory that is given back.
+class FreedMemory {
+ public:
+  explicit FreedMemory(std::initializer_list<std::string_view> secrets) : secrets_(secrets) {
+    static const int installed = __sanitizer_install_malloc_and_free_hooks(
+        [](const volatile void*, std::size_t) {}, &FreedMemory::OnFree);
+    EXPECT_NE(installed, 0);
+    found_ = 0;
+    watching_ = this;
+  }
+  ~FreedMemory() { watching_ = nullptr; }
+  static int found() { return found_; }
+
+ private:
+  static void OnFree(const volatile void* block) {
+    if (!watching_ || !block) return;
+    const auto* data = static_cast<const char*>(const_cast<const void*>(block));
+    const std::string_view bytes(data, __sanitizer_get_allocated_size(data));
+    for (const std::string_view secret : watching_->secrets_) {
+      found_ += bytes.find(secret) != bytes.npos;
+    }
+  }
+
+  static inline const FreedMemory* watching_;
+  static inline int found_;
+  std::vector<std::string_view> secrets_;
+};
+
+std::string_view BytesOf(const std::wstring& text) {
+  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof text[0]};
+}
+
+TEST_F(PolicyTableTest, SecretsAreWiped) {
+  const std::string entered = "a rather long password that is entered";
+  const std::wstring wide = wexpol::Utf8ToWide(entered), key = L"0123456789abcdefghijklmn",
+                     stored = L"0cc175b9c0f1b6a831c399e269772661",
+                     cipher = Encrypt("a plain text of some length", wexpol::WideToUtf8(key));
+  Sql("UPDATE policies SET override_password='" + wexpol::WideToUtf8(stored) + "'");
+  CPolicy policy;
+  {
+    FreedMemory freed({entered, BytesOf(stored)});
+    EXPECT_EQ(CPolicy::IsValidPassword(wide.c_str(), 0, 7, handle(), 0), PASSWORD_INVALID);
+    EXPECT_THROW(
+        wexpol::FitsPassword(stored, wide, [](auto...) -> bool { throw std::bad_alloc(); }),
+        std::bad_alloc);
+    EXPECT_EQ(FreedMemory::found(), 0);
+  }
+  FreedMemory freed({BytesOf(key), "0123456789abcdefghijklmn", "a plain text of some length"});
+  EXPECT_TRUE(policy.SetProxyServerPasswordEncrypted(cipher.c_str(), key));
+  EXPECT_EQ(FreedMemory::found(), 0);
+}
+#endif
 
 using AuthLogTest = PolicyTest;
 

@@ -62,13 +62,17 @@ TEST_F(ConfigurationTest, SetReplacesTheValueOrAddsARow) {
   EXPECT_TRUE(db().SetServiceConfigurationRaw("first", "url", 0, 0));
   EXPECT_TRUE(db().SetServiceConfigurationRaw("it's; --", "a'b", 1, 5));
   EXPECT_TRUE(db().SetServiceConfigurationRaw(nullptr, std::string(78, 'k').c_str(), 0, -1));
-  EXPECT_FALSE(db().SetServiceConfigurationRaw("v", std::string(79, 'k').c_str(), 0, 5));
+  const std::string never_found(79, 'k');
+  for (const char* value : {"v", "w"}) {
+    EXPECT_TRUE(db().SetServiceConfigurationRaw(value, never_found.c_str(), 0, 5));
+  }
   EXPECT_FALSE(db().SetServiceConfigurationRaw("v", nullptr, 0, 5));
   EXPECT_EQ(Rows("SELECT * FROM service_configurations"),
-            (std::vector<std::string>{"1|2|url|first|1|9", "2|3|url|new|1|NULL",
-                                      "3|NULL|none|x|NULL|NULL", "4|4|null|NULL|NULL|NULL",
-                                      "5|5|a'b|it's; --|1|NULL",
-                                      "6|NULL|" + std::string(78, 'k') + "|NULL|0|NULL"}));
+            (std::vector<std::string>{
+                "1|2|url|first|1|9", "2|3|url|new|1|NULL", "3|NULL|none|x|NULL|NULL",
+                "4|4|null|NULL|NULL|NULL", "5|5|a'b|it's; --|1|NULL",
+                "6|NULL|" + std::string(78, 'k') + "|NULL|0|NULL",
+                "7|5|" + never_found + "|v|0|NULL", "8|5|" + never_found + "|w|0|NULL"}));
   CServiceConfiguration record;
   EXPECT_FALSE(record.GetRecord(handle(), "url", 7));
   ASSERT_TRUE(record.GetRecord(handle(), "url", 3));

@@ -24,6 +24,7 @@ TEST_F(SubserviceVersionTest, VersionsReplaceThoseOfTheSameSubservice) {
   EXPECT_EQ(version.GetError(), R"({"desc": "json parsing error"})");
   EXPECT_TRUE(db().UpdateDeviceSubserviceVersion(
       &version, R"({"subservice_id":9,"device_id":7,"major":6,"out_of_date":true})"));
+  EXPECT_EQ(version.GetError(), "");
   EXPECT_TRUE(db().UpdateDeviceSubserviceVersion(
       &version, R"({"subservice_id":9,"version_date":"on 2024/5/1 at 6:13","micro":12,)"
                 R"("major":"6","minor":2.0,"build":-1,"out_of_date":1})"));
@@ -77,11 +78,12 @@ TEST_F(SubserviceVersionTest, InstalledBackupClients) {
   EXPECT_EQ(CDeviceSubserviceVersion::GetInstalledOnlineBackupVersion(), "6.2.4.123");
   EXPECT_FALSE(version.LoadFromRegistry(SUBSERVICE_ID_SHADOW_BACKUP));
   EXPECT_FALSE(version.LoadFromRegistry(static_cast<SUBSERVICE_ID>(1)));
-  const std::wstring kTooLong = L"1.2" + std::wstring(40, L' ');
+  const std::wstring longest = L"1.2" + std::wstring(29, L' '), too_long = longest + L' ';
   for (const auto& [text, expected] :
        {std::pair(L"6", "!6"), std::pair(L"6.", "6"), std::pair(L"7,5-6 beta", "7.5.6"),
         std::pair(L"1.2.3.4.5", "1.2.3.4"), std::pair(L"v1", "!6.2.4.123"),
-        std::pair(L"0.99999999999", "0"), std::pair(kTooLong.c_str(), "!6.2.4.123")}) {
+        std::pair(L"0.99999999999", "0"), std::pair(longest.c_str(), "1.2"),
+        std::pair(too_long.c_str(), "!6.2.4.123")}) {
     Install(L"ShadowProtect", L"x", text, RegistryView::k64Bit);
     const char* mark = version.LoadFromRegistry(SUBSERVICE_ID_SHADOW_BACKUP) ? "" : "!";
     EXPECT_EQ(mark + CDeviceSubserviceVersion::GetInstalledOnlineBackupVersion(), expected);

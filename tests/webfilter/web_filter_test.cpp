@@ -13,6 +13,13 @@ TEST_F(WebFilterTest, AScheduleIsWholeOrNone) {
   const auto add = [&](const std::string& schedule) {
     return db().AddFilterSettings((R"({"id":1,"schedule":")" + schedule + "\"}").c_str());
   };
+  for (const char* none : {"null", "5", "[]"}) {
+    EXPECT_TRUE(
+        db().AddFilterSettings((std::string(R"({"id":9,"schedule":)") + none + '}').c_str()))
+        << none;
+    EXPECT_EQ(Row("SELECT schedule FROM filter_settings"), std::string(168, '0'));
+    EXPECT_TRUE(db().ClearFilters());
+  }
   for (const auto& schedule :
        {digits + "0", digits.substr(1), std::string(), "g" + digits.substr(1), digits}) {
     EXPECT_EQ(add(schedule), schedule == digits) << schedule;

@@ -11,7 +11,6 @@
 namespace {
 
 constexpr int kDigestSize = 16;
-constexpr short kAttemptsStartAgain = 3;
 
 void AppendMember(const char* name, long value, std::string& object) {
   object.append(object.size() > 1 ? ",\"" : "\"").append(name).append("\": ");
@@ -81,7 +80,7 @@ int wexpol_service_state(wexpol_session* session, int16_t service) {
 
 int wexpol_restart_attempts(wexpol_session* session, int16_t service) {
   return wexpol::RunSession(session, nullptr, [&](CPolicyDB& db) {
-    return db.SetServiceStatus(service, kAttemptsStartAgain);
+    return db.SetServiceStatus(service, wexpol::kServiceLastStage);
   });
 }
 

@@ -1,6 +1,8 @@
 #include "wexpol/catalog/catalog.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 #include "wexpol.h"
 #include "wexpol/records/scopes.h"

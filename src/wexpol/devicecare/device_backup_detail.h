@@ -10,7 +10,7 @@
 
 struct tblDeviceBackupDetail {
   std::int32_t id = -1;
-  std::int32_t device_id = -1;
+  std::int32_t device_id = -1;  // Row of "devices".
   wexpol::Text name;
   wexpol::WideText login;
   wexpol::WideText password;
@@ -18,6 +18,8 @@ struct tblDeviceBackupDetail {
   wexpol::Text egr_license_key;
 };
 
+// With which account a device logs in at the provider of online backup, and the command lines with
+// which its client is started.
 class WEXPOL_API CDeviceBackupDetail
     : public wexpol::Record<CDeviceBackupDetail, tblDeviceBackupDetail> {
  public:
@@ -25,7 +27,7 @@ class WEXPOL_API CDeviceBackupDetail
 
   // Takes the row of that id; where there is none, that of the device of that id. False when there
   // is neither or, with the error object in `error`, when they cannot be read.
-  bool GetRecord(sqlite3* db, long id, std::string& error);
+  bool GetRecord(sqlite3* db, long wanted, std::string& error);
 
   // Whether the record is a row of the console (its id is above 0) with the login that every use
   // of the backup client takes.

@@ -32,6 +32,8 @@ constexpr std::int32_t kStoppedByUser = 3;
 constexpr std::int64_t kBytesPerKilobyte = 1024;
 constexpr std::int64_t kNeverInSeconds = 7201;  // just over two hours
 
+// The client's result codes as the console numbers them. The numbers without a name, 4 to 6, mean
+// something to the console only.
 std::int32_t StatusOf(const COnlineBackupSession& session) {
   switch (session.result_code) {
     case 0:

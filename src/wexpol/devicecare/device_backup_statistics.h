@@ -4,7 +4,6 @@
 #define WEXPOL_DEVICECARE_DEVICE_BACKUP_STATISTICS_H_
 
 #include <cstdint>
-#include <string>
 
 #include "wexpol/records/record.h"
 
@@ -25,7 +24,7 @@ class WEXPOL_API COnlineBackupSession {
 };
 
 struct tblDeviceBackupStatistics {
-  std::int32_t backup_status_id = -1;
+  std::int32_t backup_status_id = -1;     // How the last session ended, as the console numbers it.
   std::int64_t backup_status_date = -1;   // Seconds since 1970 UTC, as are the other dates.
   std::int64_t backup_success_date = -1;  // Not reported to the console.
   std::int32_t backup_duration = -1;      // Seconds.
@@ -38,6 +37,8 @@ struct tblDeviceBackupStatistics {
   std::int64_t current_usage = -1;
 };
 
+// The report of the last backup session of this device.
+//
 // The table has no key: DelFromDB empties it and UpdateDB writes every row.
 class WEXPOL_API CDeviceBackupStatistics
     : public wexpol::Record<CDeviceBackupStatistics, tblDeviceBackupStatistics> {
@@ -45,7 +46,7 @@ class WEXPOL_API CDeviceBackupStatistics
   static const wexpol::Table& Table();
 
   CDeviceBackupStatistics() = default;
-  // Leaves `current_usage` unset, which no session tells.
+  // The report of a session. Leaves `current_usage` unset, which no session tells.
   explicit CDeviceBackupStatistics(const COnlineBackupSession& session);
 
   // The stored usage, -1 when there is none.

@@ -1,6 +1,7 @@
 #include "wexpol/devicecare/install_invite.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <string_view>
 
@@ -73,7 +74,7 @@ bool CInstallInvite::DoesRecordAlreadyExist(sqlite3* db, long invite_id) {
   wexpol::Statement select(db, "SELECT id FROM install_invites WHERE id=?");
   if (!select.ok()) return false;
   if (invite_id == -1) {
-    select.BindNull(1);
+    select.BindNull(1);  // As the field is bound, so that no id equals one that is not set.
   } else {
     select.Bind(1, std::int64_t{invite_id});
   }
@@ -119,6 +120,7 @@ bool CInstallInvite::GetDownloadUrl(std::string& out, sqlite3* db, long invite_i
           ? wexpol::QueryText(db,
                               "SELECT link FROM install_invites WHERE row_version="
                               "(SELECT MAX(row_version) FROM install_invites)")
+          // The two blanks are part of the statement's text, which is kept to the letter.
           : wexpol::QueryText(db, "SELECT link FROM install_invites WHERE  id=?", invite_id);
   if (found == nullptr) return false;
   out = found.view();

@@ -1,5 +1,8 @@
 #include "wexpol/devicecare/installation_login.h"
 
+#include <cstddef>
+#include <string_view>
+
 #include "wexpol/records/table.h"
 
 namespace {

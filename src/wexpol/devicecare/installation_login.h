@@ -10,18 +10,20 @@
 
 struct tblInstallationLogin {
   std::int32_t id = -1;
-  std::int32_t account_id = -1;
-  wexpol::WideText login;     // domain\user or user
-  wexpol::WideText password;  // As received from the console.
+  std::int32_t account_id = -1;  // Row of "accounts".
+  wexpol::WideText login;        // domain\user or user
+  wexpol::WideText password;     // As received from the console.
 };
 
+// A login with which the installer may reach the computers of the company.
 class WEXPOL_API CInstallationLogin
     : public wexpol::Record<CInstallationLogin, tblInstallationLogin> {
  public:
   static const wexpol::Table& Table();
 
   CInstallationLogin() = default;
-  CInstallationLogin(const wchar_t* login, const wchar_t* password);
+  // The texts are copied.
+  CInstallationLogin(const wchar_t* user_login, const wchar_t* user_password);
 
   // What stands before the first backslash of the login; empty without one.
   std::wstring GetDomain() const;

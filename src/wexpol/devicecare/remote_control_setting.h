@@ -10,16 +10,17 @@
 
 struct tblRemoteControlSetting {
   std::int32_t id = -1;
-  std::int32_t policy_service_id = -1;
-  wexpol::Text consent_message;
+  std::int32_t policy_service_id = -1;  // Row of "policy_services".
+  wexpol::Text consent_message;         // Asks the user for consent.
   std::int32_t consent_timeout = -1;
-  std::int16_t stream_quality_id = -1;
-  bool leave_aero = false;
+  std::int16_t stream_quality_id = -1;  // 2 is for fast networks.
+  bool leave_aero = false;              // This and the next two: what a session leaves as it is.
   bool leave_background = false;
   bool leave_effects = false;
   bool consent_required = false;
 };
 
+// How the desktop is shared during a session, and whether the user is asked before.
 class WEXPOL_API CRemoteControlSetting
     : public wexpol::Record<CRemoteControlSetting, tblRemoteControlSetting> {
  public:
@@ -31,7 +32,7 @@ class WEXPOL_API CRemoteControlSetting
   // cannot be read.
   bool GetForThisDevice(sqlite3* db, std::string& error);
 
-  // Parameters to append to the URL of a session.
+  // Parameters to append to the URL of a session: "&color=..." and the three "&leave_...=".
   std::wstring GetStreamQualityCommandLineOption() const;
   std::wstring GetLeaveCommandLineOptions() const;
 };

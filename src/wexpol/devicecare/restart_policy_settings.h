@@ -10,7 +10,7 @@
 
 struct tblRestartPolicySettings {
   std::int32_t id = -1;
-  std::int32_t policy_id = -1;
+  std::int32_t policy_id = -1;                   // Row of "policies".
   std::int16_t restart_required_option_id = -1;  // 0 no restart, 1 at once, 2 ask the user.
   std::int16_t force_action_time = -1;           // Times are passed to the tool as they are.
   std::int16_t display_dialog_countdown = -1;
@@ -21,6 +21,7 @@ struct tblRestartPolicySettings {
   bool user_cancel_timeout_restart = false;
 };
 
+// Whether the user may delay or refuse a restart that is due.
 class WEXPOL_API CRestartPolicySettings
     : public wexpol::Record<CRestartPolicySettings, tblRestartPolicySettings> {
  public:

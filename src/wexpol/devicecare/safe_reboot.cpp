@@ -1,5 +1,7 @@
 #include "wexpol/devicecare/safe_reboot.h"
 
+#include <cstdint>
+
 #include "wexpol/devicecare/restart_policy_settings.h"
 
 namespace wexpol {

@@ -32,6 +32,8 @@ struct tblSupportDisplaySettings {  // NOLINT(clang-analyzer-optin.performance.P
   wexpol::Text contact_name;
 };
 
+// Whom the user is told to turn to for help.
+//
 // The table has no key: DelFromDB empties it and UpdateDB writes every row.
 class WEXPOL_API CSupportDisplaySettings
     : public wexpol::Record<CSupportDisplaySettings, tblSupportDisplaySettings> {

@@ -29,7 +29,7 @@ void AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
     server.CopyFromDB(servers.get());
     if (server.url) urls.emplace(server.url.view());
   }
-  static_cast<void>(servers.Finish(error));
+  static_cast<void>(servers.Finish(error));  // The answer does not depend on the servers.
 }
 
 }  // namespace

@@ -10,9 +10,10 @@
 struct tblTimeServer {
   std::int32_t id = -1;
   wexpol::Text url;
-  std::int64_t row_version = -1;
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
+// A server that tells the time. The same for all customers.
 class WEXPOL_API CTimeServer : public wexpol::Record<CTimeServer, tblTimeServer> {
  public:
   static const wexpol::Table& Table();

@@ -1,5 +1,6 @@
 #include "wexpol/devicecare/time_zone.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 

@@ -19,16 +19,17 @@ WEXPOL_API bool DecodeTimeZoneRecord(void* record, const char* text);
 struct tblTimeZone {
   std::int16_t id = -1;
   wexpol::Text name;
-  wexpol::Text windows_data;  // The system's record of the zone, as text.
-  std::int64_t row_version = -1;
+  wexpol::Text windows_data;      // The system's record of the zone, as text.
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
+// A time zone as the system describes it. The same for all customers.
 class WEXPOL_API CTimeZone : public wexpol::Record<CTimeZone, tblTimeZone> {
  public:
   static const wexpol::Table& Table();
 
   // Takes the row of that id; false, and the record untouched, when there is none.
-  bool GetRecord(sqlite3* db, short id);
+  bool GetRecord(sqlite3* db, short zone_id);
 
   // As DecodeTimeZoneRecord. Inline, so that it takes the structure that the host knows.
   static bool ConvertCommaSeparatedWindowsDataToTZI(REG_TZI_FORMAT* out, const char* text) {
@@ -37,7 +38,7 @@ class WEXPOL_API CTimeZone : public wexpol::Record<CTimeZone, tblTimeZone> {
 
   // Takes the row of that id into the record and its decoded zone, without the names, into `out`.
   // False, and `out` untouched, when there is no such row or its text cannot be decoded.
-  bool GetTimeZoneInformation(TIME_ZONE_INFORMATION* out, sqlite3* db, short id);
+  bool GetTimeZoneInformation(TIME_ZONE_INFORMATION* out, sqlite3* db, short zone_id);
 };
 
 #endif  // WEXPOL_DEVICECARE_TIME_ZONE_H_

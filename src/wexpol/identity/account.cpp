@@ -1,5 +1,7 @@
 #include "wexpol/identity/account.h"
 
+#include <cstddef>
+
 #include "wexpol/platform/agent_registry.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"

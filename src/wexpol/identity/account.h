@@ -21,6 +21,8 @@ struct tblAccount {
   std::int16_t time_zone_id = -1;        // Row of "time_zones".
 };
 
+// The customer whose devices these are. There is one row; where there are more, the first counts.
+//
 // Parsing a document stores the locale id under the agent key at once, before the keys after it
 // are read.
 class WEXPOL_API CAccount : public wexpol::Record<CAccount, tblAccount> {
@@ -37,7 +39,8 @@ class WEXPOL_API CAccount : public wexpol::Record<CAccount, tblAccount> {
   // The decimal text of `locale_id`; empty when it takes more than 7 digits.
   std::string GetLocaleIdString();
 
-  // DWORD "LID" under the agent key.
+  // DWORD "LID" under the agent key. Reading is false, and the field untouched, when it is not
+  // there.
   bool WriteLocaleIdToRegistry();
   bool ReadLocaleIdFromRegistry();
 

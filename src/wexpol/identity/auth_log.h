@@ -16,6 +16,7 @@ struct tblAuthLog {
   std::int64_t table_id = -1;  // Key of what was authenticated.
 };
 
+// How the last attempt at one password ended, and how long the next has to wait.
 class WEXPOL_API CAuthLog : public wexpol::Record<CAuthLog, tblAuthLog> {
  public:
   static const wexpol::Table& Table();

@@ -1,13 +1,17 @@
 #include "wexpol/identity/device.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <optional>
+#include <string_view>
+#include <utility>
 
 #include "wexpol/identity/machine_id.h"
 #include "wexpol/platform/system_info.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/records/document.h"
+#include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/scopes.h"
 #include "wexpol/records/table.h"
@@ -109,35 +113,32 @@ bool CDevice::ParseJsonForId(const char* json) {
   return true;
 }
 
-void CDevice::AppendNics(sqlite3* db, long device_id) {
-  wexpol::Statement select(db, "SELECT * FROM nics WHERE device_id=?", device_id);
-  while (select.StepRow()) {
-    auto nic = std::make_unique<CNic>();
-    nic->CopyFromDB(select.get());
-    nics_.Append(std::move(nic));
-  }
+bool CDevice::Take(CDevice&& device, sqlite3* db, long nics_of) {
+  std::string unused;
+  if (!wexpol::ListRecords(db, device.nics_.items(), "device_id", nics_of, unused)) return false;
+  *this = std::move(device);
+  return true;
 }
 
 bool CDevice::SpecialGetFromDB(sqlite3* db, long device_id) {
   const wexpol::ReadScope scope(db);
+  CDevice device;
   const bool found =
       device_id == -1
-          ? wexpol::QueryRecord(*this, db, "SELECT * FROM devices WHERE token IS NOT NULL")
-          : wexpol::QueryRecord(*this, db, Table().select_by_key(), device_id);
-  if (found) AppendNics(db, device_id);
-  return found;
+          ? wexpol::QueryRecord(device, db, "SELECT * FROM devices WHERE token IS NOT NULL")
+          : wexpol::QueryRecord(device, db, Table().select_by_key(), device_id);
+  return found && Take(std::move(device), db, device_id);
 }
 
 bool CDevice::GetMasterAgentForThisLAN(sqlite3* db, long device_id) {
   const wexpol::ReadScope scope(db);
-  if (!wexpol::QueryRecord(*this, db,
-                           "SELECT * FROM devices WHERE wan_ip IN "
-                           "(SELECT wan_ip FROM devices WHERE id=?) AND is_master=1",
-                           device_id)) {
-    return false;
-  }
-  AppendNics(db, device_id);  // Those of the device that asks, not of the master.
-  return true;
+  CDevice master;
+  // The interfaces are those of the device that asks, not of the master.
+  return wexpol::QueryRecord(master, db,
+                             "SELECT * FROM devices WHERE wan_ip IN "
+                             "(SELECT wan_ip FROM devices WHERE id=?) AND is_master=1",
+                             device_id) &&
+         Take(std::move(master), db, device_id);
 }
 
 bool CDevice::GetToken(wchar_t** out, sqlite3* db, long device_id) {

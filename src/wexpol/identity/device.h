@@ -42,6 +42,8 @@ struct tblDevice {
   wexpol::WideText os_internal_version;
 };
 
+// A device of the account, which may be this one.
+//
 // Besides its row a device owns the list of its interfaces, which the generic row operations leave
 // alone: documents may nest it under "nics", rows lie in a table of their own.
 class WEXPOL_API CDevice : public wexpol::Record<CDevice, tblDevice> {
@@ -65,22 +67,26 @@ class WEXPOL_API CDevice : public wexpol::Record<CDevice, tblDevice> {
   bool ParseJsonForId(const char* json);
 
   // Reads a device with its interfaces; for an id of -1 the first one that has a token, without
-  // interfaces.
-  bool SpecialGetFromDB(sqlite3* db, long id);
+  // interfaces. False, and the record untouched, when there is none or not all of it can be read.
+  bool SpecialGetFromDB(sqlite3* db, long device_id);
 
-  // Reads the master of the LAN that the device `id` is in, with the interfaces of that device.
-  bool GetMasterAgentForThisLAN(sqlite3* db, long id);
+  // Reads the master of the LAN that the device `device_id` is in, with the interfaces of that
+  // device. False as SpecialGetFromDB.
+  bool GetMasterAgentForThisLAN(sqlite3* db, long device_id);
 
   // The token of a device; for an id below 1 that of the first device. False when it is NULL. The
   // wide text is the caller's to delete[], and null on failure.
-  static bool GetToken(wchar_t** token, sqlite3* db, long id);
-  static bool GetToken(std::string& token, sqlite3* db, long id);
+  static bool GetToken(wchar_t** out, sqlite3* db, long device_id);
+  static bool GetToken(std::string& out, sqlite3* db, long device_id);
 
-  static bool UpdateDeviceStatus(sqlite3* db, long id, DEVICE_STATUS status);
+  // Writes the status of a device. False when the statement fails, not when there is no such
+  // device.
+  static bool UpdateDeviceStatus(sqlite3* db, long device_id, DEVICE_STATUS status);
 
-  // What is not known is no for the one and yes for the other, on purpose.
-  static bool IsVncConnectionAllowed(sqlite3* db, long id);
-  static bool IsDeviceDetectionEnabled(sqlite3* db, long id);
+  // What the row of a device says. What is not known, for want of a row or of a value, is no for
+  // the one and yes for the other, on purpose.
+  static bool IsVncConnectionAllowed(sqlite3* db, long device_id);
+  static bool IsDeviceDetectionEnabled(sqlite3* db, long device_id);
 
   // Whether the names are equal, ignoring case.
   bool operator==(const CDevice& other) const;
@@ -123,7 +129,9 @@ class WEXPOL_API CDevice : public wexpol::Record<CDevice, tblDevice> {
   void MoveNics(std::list<CNic*>& out) { out.splice(out.end(), nics_.items()); }
 
  private:
-  void AppendNics(sqlite3* db, long device_id);
+  // Becomes `device` with the interfaces of the device `nics_of`; false, and nothing changed, when
+  // they cannot be read.
+  bool Take(CDevice&& device, sqlite3* db, long nics_of);
 
   wexpol::OwnedList<CNic> nics_;
 };

@@ -1,5 +1,6 @@
 #include "wexpol/identity/login.h"
 
+#include <cstddef>
 #include <string>
 
 #include "wexpol/platform/text.h"

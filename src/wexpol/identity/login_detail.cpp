@@ -1,5 +1,6 @@
 #include "wexpol/identity/login_detail.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 

@@ -9,11 +9,12 @@
 
 struct tblLoginDetail {
   std::int32_t id = -1;
-  std::int32_t login_id = -1;
-  wexpol::Text browser;  // File name of the executable.
+  std::int32_t login_id = -1;  // Row of "logins".
+  wexpol::Text browser;        // File name of the executable.
   wexpol::Text browser_version;
 };
 
+// With which browser a login opens pages.
 class WEXPOL_API CLoginDetail : public wexpol::Record<CLoginDetail, tblLoginDetail> {
  public:
   static const wexpol::Table& Table();
@@ -25,7 +26,7 @@ class WEXPOL_API CLoginDetail : public wexpol::Record<CLoginDetail, tblLoginDeta
   bool CheckDefaultBrowser(long device_id, const wchar_t* login_name, const char* browser_path,
                            sqlite3* db);
   // Browsers that take more than 466 bytes less the digits of the id are refused.
-  static bool UpdateLoginDetails(sqlite3* db, long id, const char* browser);
+  static bool UpdateLoginDetails(sqlite3* db, long detail_id, const char* browser_name);
 
   void SetBrowser(const char* text) { browser = text; }
 };

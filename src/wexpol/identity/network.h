@@ -9,10 +9,11 @@
 
 struct tblNetwork {
   std::int32_t id = -1;
-  std::int32_t account_id = -1;
-  wexpol::Text wan_ip;  // The public address.
+  std::int32_t account_id = -1;  // Row of "accounts".
+  wexpol::Text wan_ip;           // The public address.
 };
 
+// A network of the account, by the address that the world sees. Only kept here.
 class WEXPOL_API CNetwork : public wexpol::Record<CNetwork, tblNetwork> {
  public:
   static const wexpol::Table& Table();

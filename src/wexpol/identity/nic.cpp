@@ -1,6 +1,7 @@
 #include "wexpol/identity/nic.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cwchar>
 
 #include "wexpol/platform/hex.h"

@@ -3,7 +3,9 @@
 #include <openssl/crypto.h>
 
 #include <string>
+#include <tuple>
 
+#include "wexpol/identity/wipe.h"
 #include "wexpol/platform/hex.h"
 #include "wexpol/platform/text.h"
 
@@ -34,8 +36,10 @@ bool FitsPassword(std::wstring_view stored, std::wstring_view password, Md5Funct
   if (stored.empty()) return false;
   if (IsSameText(stored, password)) return true;
   if (stored.size() != kDigits && stored.size() != kShortenedDigits) return false;
-  const std::string utf8 = WideToUtf8(password);
+  std::string utf8 = WideToUtf8(password);
+  const WipeAtEnd wipe_utf8(utf8);
   Md5Digest digest;
+  const WipeAtEnd wipe_digest(digest);
   return md5(utf8.data(), utf8.size(), &digest) && IsDigestText(stored, digest);
 }
 

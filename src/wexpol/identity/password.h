@@ -17,7 +17,7 @@ bool IsSameText(std::wstring_view a, std::wstring_view b);
 
 // The stored text is the password itself, the 32 hexadecimal digits of the MD5 of its UTF-8, or 16
 // digits: the first one of each byte of that MD5. An empty stored text fits nothing. Without `md5`
-// working only the first form can fit.
+// working only the first form can fit. What is made of the password is wiped.
 bool FitsPassword(std::wstring_view stored, std::wstring_view password,
                   Md5Function md5 = &CryptdllMd5);
 

@@ -1,9 +1,10 @@
 #include "wexpol/identity/policy.h"
 
-#include <openssl/crypto.h>
+#include <utility>
 
 #include "wexpol/identity/password.h"
 #include "wexpol/identity/proxy_password.h"
+#include "wexpol/identity/wipe.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
@@ -65,9 +66,10 @@ PASSWORD_VALIDATION_RESULT CPolicy::IsValidPassword(const wchar_t* password, int
   PASSWORD_VALIDATION_RESULT result = PASSWORD_NO_POLICY;
   int code;
   while ((code = select.Step()) == SQLITE_ROW) {
-    const char* stored = select.Text(0);
-    if (stored && password && wexpol::FitsPassword(wexpol::Utf8ToWide(stored), password)) {
-      return PASSWORD_VALID;
+    if (const char* text = password ? select.Text(0) : nullptr) {
+      std::wstring stored = wexpol::Utf8ToWide(text);
+      const wexpol::WipeAtEnd wipe(stored);
+      if (wexpol::FitsPassword(stored, password)) return PASSWORD_VALID;
     }
     result = PASSWORD_INVALID;
   }
@@ -75,9 +77,9 @@ PASSWORD_VALIDATION_RESULT CPolicy::IsValidPassword(const wchar_t* password, int
 }
 
 bool CPolicy::SetProxyServerPasswordEncrypted(const wchar_t* cipher_text, std::wstring key) {
+  const wexpol::WipeAtEnd wipe(key);
   wexpol::WideText plain;
   if (cipher_text) plain = wexpol::DecryptProxyPassword(cipher_text, key);
-  OPENSSL_cleanse(key.data(), key.size() * sizeof key[0]);
   if (plain != nullptr) proxy_server_password = std::move(plain);
   return proxy_server_password != nullptr;
 }

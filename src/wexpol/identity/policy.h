@@ -49,6 +49,8 @@ struct tblPolicy {
   wexpol::WideText company_id;
 };
 
+// A policy: what protects the agent, what is logged, and by which proxy the agent reaches the
+// console.
 class WEXPOL_API CPolicy : public wexpol::Record<CPolicy, tblPolicy> {
  public:
   static const wexpol::Table& Table();

@@ -6,10 +6,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "wexpol/identity/wipe.h"
 #include "wexpol/platform/text.h"
 
 namespace wexpol {
@@ -48,13 +51,14 @@ std::array<unsigned char, kBlockSize> InitialisationVector() {
 
 void MakeKey(std::wstring_view text, unsigned char (&key)[kKeySize]) {
   std::string utf8 = WideToUtf8(text);
+  const WipeAtEnd wipe(utf8);
   std::copy_n(utf8.data(), std::min(utf8.size(), kKeySize), key);
-  OPENSSL_cleanse(utf8.data(), utf8.size());
 }
 
 // How many bytes the text stands for; 0 for a text that is no base64 or too long. The filter itself
-// would drop an incomplete last group of digits.
-int DecodeBase64(const std::string& text, unsigned char (&bytes)[kMaxCipherSize]) {
+// would drop an incomplete last group of digits, and takes white space at the end.
+int DecodeBase64(std::string_view text, unsigned char (&bytes)[kMaxCipherSize]) {
+  text = text.substr(0, text.find_last_not_of(" \t\r\n\v\f") + 1);
   if (text.size() % 4 != 0 || text.size() / 4 * 3 > kMaxCipherSize + 2) return 0;
   const std::unique_ptr<BIO, void (*)(BIO*)> chain(BIO_new(BIO_f_base64()), &BIO_free_all);
   BIO* source = BIO_new_mem_buf(text.data(), static_cast<int>(text.size()));

@@ -9,9 +9,10 @@
 
 namespace wexpol {
 
-// The plain text behind base64 text without line breaks of triple DES (EDE, three keys) in CBC mode
-// with PKCS padding over UTF-8. The key is the UTF-8 of `key`: its first 24 bytes, filled up with
-// zero bytes. Null when it cannot be decrypted or takes more than 255 wide characters.
+// The plain text behind base64 text of triple DES (EDE, three keys) in CBC mode with PKCS padding
+// over UTF-8. The text has no line breaks but may end in white space. The key is the UTF-8 of
+// `key`: its first 24 bytes, filled up with zero bytes. Null when it cannot be decrypted or takes
+// more than 255 wide characters.
 WideText DecryptProxyPassword(std::wstring_view cipher_text, std::wstring_view key);
 
 }  // namespace wexpol

@@ -1,7 +1,5 @@
 #include "wexpol/services/av_components.h"
 
-#include <string>
-
 #include "wexpol/records/query.h"
 #include "wexpol/records/record.h"
 #include "wexpol/records/table.h"

@@ -7,7 +7,8 @@
 
 struct sqlite3;
 
-// Columns of "device_services", in an order of their own.
+// Columns of "device_services", in an order of their own. Unlike those of CDeviceService they are
+// all off until they are read.
 class WEXPOL_API CAvComponents {
  public:
   // Takes those of a device; false, and nothing changed, when it has no antivirus service.

@@ -54,14 +54,17 @@ struct tblDeviceService {
   wexpol::Text installation_token;
 };
 
+// One service on one device: how far its installation is, whether it is on, and what its installer
+// is told.
 class WEXPOL_API CDeviceService : public wexpol::Record<CDeviceService, tblDeviceService> {
  public:
   CDeviceService() = default;
+  // A new row that the database does not know yet.
   CDeviceService(short service, short status, bool is_enabled);
 
   static const wexpol::Table& Table();
 
-  // Takes the row of a service of a device.
+  // Takes the row of a service of a device. False, and the record untouched, when there is none.
   bool Get(sqlite3* db, long device, short service);
   // Whether there is one.
   static bool IsDeviceServiceAvailable(sqlite3* db, long device, short service);

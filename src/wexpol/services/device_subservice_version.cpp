@@ -6,6 +6,7 @@
 #include <cstring>
 #include <optional>
 #include <string_view>
+#include <type_traits>
 
 #include "wexpol/platform/agent_registry.h"
 #include "wexpol/platform/clock.h"
@@ -234,6 +235,7 @@ void CDeviceSubserviceVersion::GenerateJson(std::string& out) const {
 }
 
 bool CDeviceSubserviceVersion::UpdateDeviceSubserviceVersion(sqlite3* db, const char* json) {
+  error_.clear();
   const int code = wexpol::AddObject(
       db, this, json, [this](const rapidjson::Value& value) { return ParseJson(value); });
   if (code != SQLITE_DONE) error_ = wexpol::FailureObject(db, code, wexpol::kObjectJsonError);

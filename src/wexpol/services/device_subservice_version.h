@@ -37,10 +37,12 @@ struct tblDeviceSubserviceVersion {
   bool out_of_date = false;      // Said by the console, never reported to it.
 };
 
+// Which version of a product a device has, and the latest error of the record.
 class WEXPOL_API CDeviceSubserviceVersion
     : public wexpol::Record<CDeviceSubserviceVersion, tblDeviceSubserviceVersion> {
  public:
   CDeviceSubserviceVersion() = default;
+  // Set what they name.
   explicit CDeviceSubserviceVersion(short id);
   CDeviceSubserviceVersion(short id, unsigned long new_major, unsigned long new_incremental);
   CDeviceSubserviceVersion(short id, unsigned long new_major, unsigned long new_minor,
@@ -50,7 +52,8 @@ class WEXPOL_API CDeviceSubserviceVersion
 
   static const wexpol::Table& Table();
 
-  // Set what they name and leave the rest.
+  // Set what they name and leave the rest. Of a date the milliseconds and the day of the week are
+  // not kept.
   void Set(short id, unsigned long new_major, unsigned long new_incremental);
   void Set(short id, unsigned long new_major, unsigned long new_minor, unsigned long new_build);
   void Set(short id, unsigned long new_major, unsigned long new_minor, const SYSTEMTIME& date);
@@ -63,12 +66,13 @@ class WEXPOL_API CDeviceSubserviceVersion
   // Without a device the stored id of this one is reported.
   void GenerateJson(std::string& out) const;
 
-  // Takes one object and puts its row in the place of the sub-service's. After a failure GetError
-  // tells what it was.
+  // Takes one object and puts its row in the place of the sub-service's. GetError tells what went
+  // wrong the last time; empty after a success.
   bool UpdateDeviceSubserviceVersion(sqlite3* db, const char* json);
   std::string GetError() const { return error_; }
 
-  // A copy of everything but `out_of_date`, as a binary value under the agent key.
+  // A copy of everything but `out_of_date`, as a binary value under the agent key. Reading is false
+  // when there is no value of that name and type; of a shorter one the rest of the record stays.
   bool WriteToRegistry(const wchar_t* name);
   bool ReadFromRegistry(const wchar_t* name);
 

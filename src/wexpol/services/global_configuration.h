@@ -13,6 +13,7 @@ struct tblGlobalConfiguration {
   wexpol::Text value;
 };
 
+// A configuration value of the account, by its number.
 class WEXPOL_API CGlobalConfiguration
     : public wexpol::Record<CGlobalConfiguration, tblGlobalConfiguration> {
  public:

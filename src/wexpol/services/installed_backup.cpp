@@ -1,5 +1,7 @@
 #include "wexpol/services/installed_backup.h"
 
+#include <cstddef>
+
 #include "wexpol/platform/registry.h"
 #include "wexpol/platform/text.h"
 
@@ -9,7 +11,7 @@ namespace {
 constexpr wchar_t kUninstallPath[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 constexpr wchar_t kShadowBackupEntry[] = L"ShadowProtect";
 constexpr wchar_t kCloudBackupName[] = L"Zentra Corvane Cloud Backup";
-constexpr std::size_t kMaxVersion = 32;
+constexpr std::size_t kMaxVersion = 32;  // Characters, the terminator not counted.
 
 bool OpenEntry(CRegistryVeyra& key, const std::wstring& entry, RegistryView view) {
   return key.Open(std::wstring(kUninstallPath) + L"\\" + entry, RegistryAccess::kRead, view) ==
@@ -50,7 +52,7 @@ std::optional<std::string> InstalledBackupVersion(SUBSERVICE_ID id) {
   std::wstring version;
   if ((!OpenEntryOf(key, id, RegistryView::k64Bit) &&
        !OpenEntryOf(key, id, RegistryView::k32Bit)) ||
-      !key.QueryTextValue(L"DisplayVersion", &version, kMaxVersion)) {
+      !key.QueryTextValue(L"DisplayVersion", &version, kMaxVersion + 1)) {
     return std::nullopt;
   }
   return WideToUtf8(version);

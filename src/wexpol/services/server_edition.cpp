@@ -1,5 +1,7 @@
 #include "wexpol/services/server_edition.h"
 
+#include <cstdint>
+
 namespace wexpol {
 namespace {
 

@@ -18,7 +18,7 @@ inline constexpr std::int16_t kOnlineBackupService = 4;
 struct tblService {
   std::int32_t id = -1;
   wexpol::Text name;
-  std::int64_t row_version = -1;
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
 // One protection service. Rows come from the console and are only kept.

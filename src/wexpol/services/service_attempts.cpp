@@ -1,5 +1,6 @@
 #include "wexpol/services/service_attempts.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 

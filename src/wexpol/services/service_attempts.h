@@ -16,8 +16,9 @@ inline constexpr int kMaxAttempts = 3;
 // place of its "%02d"; nothing else in it is special. Empty for a name of more than 79 characters.
 std::wstring AttemptsValueName(short service_id, const wchar_t* format);
 
-// False when there is no count.
+// False, and `count` untouched, when there is no count.
 bool ReadAttempts(short& count, short service_id, const wchar_t* format);
+// False when it cannot be written. A count may be any number.
 bool WriteAttempts(short service_id, short count, const wchar_t* format);
 
 // The last stage of an installation, by its ServiceStatus, starts both counts of the service at 0;

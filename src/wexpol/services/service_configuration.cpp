@@ -1,5 +1,6 @@
 #include "wexpol/services/service_configuration.h"
 
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -19,12 +20,13 @@ constexpr wexpol::ColumnDef kColumns[] = {
     Column<&tblServiceConfiguration::row_version>("row_version"),
 };
 
-// Longer keys are refused where a single row is looked for.
+// No longer key is found where a single row is looked for.
 constexpr std::size_t kMaxKey = 78;
 
 // SQLITE_ROW, SQLITE_DONE where there is no such row, or what went wrong.
 int Find(CServiceConfiguration& record, sqlite3* db, const char* key, short service_id) {
-  if (!key || std::string_view(key).size() > kMaxKey) return SQLITE_TOOBIG;
+  if (!key) return SQLITE_MISUSE;
+  if (std::string_view(key).size() > kMaxKey) return SQLITE_DONE;
   // A service id of 0 or less asks for the row of any service.
   return wexpol::FetchRecord(record, db,
                              "SELECT * FROM service_configurations "

@@ -17,6 +17,7 @@ struct tblServiceConfiguration {
   std::int64_t row_version = -1;
 };
 
+// A configuration value of a service, by its name. Several services may have one of the same name.
 class WEXPOL_API CServiceConfiguration
     : public wexpol::Record<CServiceConfiguration, tblServiceConfiguration> {
  public:
@@ -30,14 +31,14 @@ class WEXPOL_API CServiceConfiguration
   static bool GetServiceConfiguration(std::string& value, sqlite3* db, const char* key,
                                       short service_id);
 
-  // Takes the first row of the key: for a service id above 0 that service's, else any. False also
-  // for a key of more than 78 bytes.
-  bool GetRecord(sqlite3* db, const char* key, short service_id);
+  // Takes the first row of the wanted key: for a service id above 0 that service's, else any. A key
+  // of more than 78 bytes is never found.
+  bool GetRecord(sqlite3* db, const char* wanted, short wanted_service);
 
-  // Replaces the value (unless null) of the row that GetRecord finds, or adds a row where there is
-  // none. A key that GetRecord refuses is not added.
-  bool SetServiceConfiguration(sqlite3* db, const char* value, const char* key, short is_url,
-                               short service_id);
+  // Replaces the value (unless null) of the row that GetRecord finds, or adds a row where it finds
+  // none: for a key of more than 78 bytes always. False for a null key.
+  bool SetServiceConfiguration(sqlite3* db, const char* new_value, const char* wanted,
+                               short new_is_url, short wanted_service);
 
   void SetKey(const char* text) { key = text; }
   void SetKey(const wchar_t* text);

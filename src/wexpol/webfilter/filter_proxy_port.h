@@ -9,11 +9,12 @@
 
 struct tblFilterProxyPort {
   std::int32_t id = -1;
-  std::int32_t filter_setting_id = -1;
+  std::int32_t filter_setting_id = -1;  // Row of "filter_settings".
   std::int32_t port = -1;
   wexpol::Text description;
 };
 
+// A port on which one filter setting expects a proxy.
 class WEXPOL_API CFilterProxyPort : public wexpol::Record<CFilterProxyPort, tblFilterProxyPort> {
  public:
   static const wexpol::Table& Table();

@@ -8,8 +8,12 @@ using wexpol::Column;
 
 using Schedule = wexpol::BytesCoding<84>;
 
-// A blob of any other size than the schedule's is none.
 struct WholeSchedule : Schedule {
+  // Only a text can be malformed; null and whatever else is no schedule, and leaves the field.
+  static bool Parse(const rapidjson::Value& value, Field& field) {
+    return !value.IsString() || Schedule::Parse(value, field);
+  }
+  // A blob of any other size than the schedule's is none.
   static void Copy(sqlite3_stmt* row, int column, Field& field) {
     if (sqlite3_column_bytes(row, column) == sizeof field) Schedule::Copy(row, column, field);
   }

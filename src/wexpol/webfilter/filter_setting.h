@@ -10,7 +10,7 @@
 
 struct tblFilterSetting {
   std::int32_t id = -1;
-  std::int32_t policy_service_id = -1;
+  std::int32_t policy_service_id = -1;  // Row of "policy_services".
   bool password_override = false;
   bool block_uncategorized = false;
   bool allow_list_only = false;
@@ -22,7 +22,10 @@ struct tblFilterSetting {
   bool icat = false;
 };
 
-// A "schedule" in a document must be exactly 168 hexadecimal digits; it may be missing.
+// How the web filter works under one policy service.
+//
+// A "schedule" that is a text must be exactly 168 hexadecimal digits; a missing one, null or any
+// other value leaves zeros.
 class WEXPOL_API CFilterSetting : public wexpol::Record<CFilterSetting, tblFilterSetting> {
  public:
   static const wexpol::Table& Table();

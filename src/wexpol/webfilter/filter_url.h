@@ -8,12 +8,13 @@
 #include "wexpol/records/record.h"
 
 struct tblFilterUrl {
-  std::int32_t id = -1;  // Given by the database when -1.
-  std::int32_t filter_setting_id = -1;
+  std::int32_t id = -1;                 // Given by the database when -1.
+  std::int32_t filter_setting_id = -1;  // Row of "filter_settings".
   wexpol::Text url;
-  bool allowed = true;
+  bool allowed = true;  // False is blocked.
 };
 
+// A rule of one filter setting for one address. No key is required in a document.
 class WEXPOL_API CFilterUrl : public wexpol::Record<CFilterUrl, tblFilterUrl> {
  public:
   CFilterUrl() = default;

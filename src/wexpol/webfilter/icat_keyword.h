@@ -10,9 +10,10 @@
 struct tblIcatKeyword {
   std::int32_t id = -1;
   wexpol::Text word;
-  std::int64_t row_version = -1;
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
+// A keyword by which the filter tells what a page is about. The same for all customers.
 class WEXPOL_API CIcatKeyword : public wexpol::Record<CIcatKeyword, tblIcatKeyword> {
  public:
   static const wexpol::Table& Table();

@@ -10,9 +10,10 @@
 struct tblNeverBlockDomain {
   std::int32_t id = -1;
   wexpol::Text domain;
-  std::int64_t row_version = -1;
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
+// A domain that the filter leaves alone. The same for all customers.
 class WEXPOL_API CNeverBlockDomain : public wexpol::Record<CNeverBlockDomain, tblNeverBlockDomain> {
  public:
   static const wexpol::Table& Table();

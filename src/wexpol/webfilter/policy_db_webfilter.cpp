@@ -7,6 +7,7 @@
 #include "wexpol/webfilter/filter_proxy_port.h"
 #include "wexpol/webfilter/filter_setting.h"
 #include "wexpol/webfilter/filter_url.h"
+#include "wexpol/webfilter/filter_url_document.h"
 #include "wexpol/webfilter/icat_keyword.h"
 #include "wexpol/webfilter/never_block_app.h"
 #include "wexpol/webfilter/never_block_domain.h"
@@ -40,16 +41,7 @@ bool CPolicyDB::GetFilterUrls(std::list<CFilterUrl*>& out, const char* column, l
   return List(out, column, value);
 }
 bool CPolicyDB::AddFilterUrl(CFilterUrl* url, const char* json) {
-  return wexpol::Ask([&] {
-    const int code = wexpol::AddObject(handle(), url, json, [url](const rapidjson::Value& value) {
-      return url->ParseJson(value);
-    });
-    if (code == SQLITE_DONE) return true;
-    m_error = code == wexpol::kNoCode ? wexpol::ErrorObject(code, wexpol::kObjectJsonError)
-                                      : "SQLite error: " + std::to_string(code) + " : " +
-                                            wexpol::EngineMessage(handle(), code);
-    return false;
-  });
+  return wexpol::Ask([&] { return wexpol::AddFilterUrl(handle(), url, json, m_error); });
 }
 
 bool CPolicyDB::AddFilterCategories(const char* json) { return Add<CFilterCategory>(json); }

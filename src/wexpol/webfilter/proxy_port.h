@@ -13,6 +13,8 @@ struct tblProxyPort {
   wexpol::Text description;
 };
 
+// A port on which a proxy may be found.
+//
 // Add2DB never adds a row and answers the engine's code for a statement that it refuses.
 class WEXPOL_API CProxyPort : public wexpol::Record<CProxyPort, tblProxyPort> {
  public:

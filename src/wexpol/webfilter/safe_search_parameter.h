@@ -15,9 +15,11 @@ struct tblSafeSearchParameter {
   wexpol::Text name;        // Of the parameter to add to the address.
   wexpol::Text value;
   bool repeat_on_each_request = false;
-  std::int64_t row_version = -1;
+  std::int64_t row_version = -1;  // Reported to the console; see CGlobalTables.
 };
 
+// What makes a search engine leave out adult content: a parameter to add to addresses that begin
+// so. The same for all customers.
 class WEXPOL_API CSafeSearchParameter
     : public wexpol::Record<CSafeSearchParameter, tblSafeSearchParameter> {
  public:

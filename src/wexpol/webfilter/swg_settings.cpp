@@ -1,5 +1,7 @@
 #include "wexpol/webfilter/swg_settings.h"
 
+#include <cstddef>
+
 #include "wexpol/platform/text.h"
 #include "wexpol/records/table.h"
 

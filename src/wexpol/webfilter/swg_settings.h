@@ -9,10 +9,10 @@
 #include "wexpol/records/record.h"
 
 struct tblSwgSettings {
-  wexpol::Text username;
+  wexpol::Text username;  // This and the next: the account at the gateway.
   wexpol::Text password;  // As the console sends it.
   wexpol::Text server;
-  wexpol::Text primary_internal_ipv4_dns;
+  wexpol::Text primary_internal_ipv4_dns;  // Addresses of name servers, as texts.
   wexpol::Text secondary_internal_ipv4_dns;
   wexpol::Text primary_internal_ipv6_dns;
   wexpol::Text secondary_internal_ipv6_dns;
@@ -21,6 +21,8 @@ struct tblSwgSettings {
   wexpol::Text split_dns_domains;
 };
 
+// How this device reaches the secure web gateway. The table has one row and no key: DelFromDB
+// empties it and UpdateDB writes every row.
 class WEXPOL_API CSwgSettings : public wexpol::Record<CSwgSettings, tblSwgSettings> {
  public:
   static const wexpol::Table& Table();

@@ -171,7 +171,7 @@ constexpr Question kQuestions[] = {
 // Another one when somebody else has written to the file.
 int Version(sqlite3* db) {
   wexpol::Statement version(db, "PRAGMA data_version");
-  return version.Row() ? version.Int(0) : -1;
+  return version.StepRow() ? version.Int(0) : -1;
 }
 
 void Run(const Options& options, Figures& figures) {

@@ -55,7 +55,7 @@ constexpr const char* kGenerationTables[] = {"logins", "device_groups", "devices
 
 bool AppendRows(sqlite3* db, const wexpol::Table& table, Rows& rows) {
   sqlite3_stmt* statement = nullptr;
-  if (sqlite3_prepare_v2(db, table.select_sql().c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+  if (sqlite3_prepare_v2(db, table.select().text(), -1, &statement, nullptr) != SQLITE_OK) {
     return false;
   }
   int code = SQLITE_ROW;

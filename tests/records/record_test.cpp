@@ -18,17 +18,17 @@ class RecordTest : public PolicyTest {};
 
 std::string CodecName(const wexpol::Codec* codec) {
   static const std::map<const wexpol::Codec*, const char*> kNames = {
-      {&wexpol::kInt16, "int16"},
-      {&wexpol::kInt32, "int32"},
-      {&wexpol::kUint32, "uint32"},
-      {&wexpol::kInt64, "int64"},
-      {&wexpol::kUint64NullIsZero, "version"},
-      {&wexpol::kBool, "bool"},
-      {&wexpol::kFlag16, "flag16"},
-      {&wexpol::kStrictBool, "strict-bool"},
-      {&wexpol::kStrictFlag16, "strict-flag16"},
-      {&wexpol::kText, "text"},
-      {&wexpol::kWideText, "wide"}};
+      {wexpol::kInt16.untyped(), "int16"},
+      {wexpol::kInt32.untyped(), "int32"},
+      {wexpol::kUint32.untyped(), "uint32"},
+      {wexpol::kInt64.untyped(), "int64"},
+      {wexpol::kUint64NullIsZero.untyped(), "version"},
+      {wexpol::kBool.untyped(), "bool"},
+      {wexpol::kFlag16.untyped(), "flag16"},
+      {wexpol::kStrictBool.untyped(), "strict-bool"},
+      {wexpol::kStrictFlag16.untyped(), "strict-flag16"},
+      {wexpol::kText.untyped(), "text"},
+      {wexpol::kWideText.untyped(), "wide"}};
   const auto name = kNames.find(codec);
   return name == kNames.end() ? "own" : name->second;
 }

@@ -9,7 +9,11 @@
 #include "wexpol/platform/text.h"
 
 #ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
+// Of the sanitizer's interface, whose header not every compiler brings.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*on_allocation)(const volatile void*,
+                                                                               std::size_t),
+                                                         void (*on_free)(const volatile void*));
+extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* block);
 #endif
 
 namespace {

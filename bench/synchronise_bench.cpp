@@ -12,6 +12,8 @@
 #include "tools/provision/schema.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/records/document.h"
+#include "wexpol/records/lists.h"
+#include "wexpol/records/statement_cache.h"
 #include "wexpol/records/synchronise.h"
 
 namespace {
@@ -51,7 +53,7 @@ class Limit {
  public:
   Limit(sqlite3* db, const std::string& json) : db_(db) {
     wexpol::Document document;
-    document.Parse(json.c_str());
+    static_cast<void>(document.Parse(json.c_str()));
     std::size_t widest = 0;
     for (const auto& value : document.root().GetArray()) {
       Row row;
@@ -213,7 +215,9 @@ void List(benchmark::State& state, std::string (*make)(int)) {
     for (Record* record : list) delete record;
     list.clear();
   };
-  const auto ours = [&] { wexpol::ListRecords(database.handle(), list, nullptr, 0, error); };
+  const auto ours = [&] {
+    static_cast<void>(wexpol::ListRecords(database.handle(), list, nullptr, 0, error));
+  };
   bench::Compare(state,
                  {{"step_and_read", [&] { StepAndRead(database.handle(), Record::Table()); }, {}},
                   {"ours", ours, clear}},

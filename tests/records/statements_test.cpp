@@ -80,6 +80,9 @@ std::vector<SourceText> LibraryTexts() {
   return texts;
 }
 
+// This one has a value too many, which is meant: it never inserts.
+bool IsMeantToFail(std::string_view text) { return text.starts_with("INSERT INTO proxy_ports("); }
+
 class StatementTextTest : public PolicyTest {
  protected:
   void ExpectUnderstood(const std::string& text, const std::string& where) {
@@ -105,6 +108,7 @@ TEST_F(StatementTextTest, TheEngineUnderstandsEveryOne) {
       begins = begins || (text.rfind(word, 0) == 0 && text != word);
     }
     if (where == "statement.h" || !begins) continue;
+    if (IsMeantToFail(text)) continue;
     if (text.back() == ' ') {
       fronts.insert(text);
     } else {
@@ -123,8 +127,7 @@ TEST_F(StatementTextTest, TheEngineUnderstandsThoseOfEveryTable) {
     const wexpol::Table& table = each->table();
     for (const wexpol::Sql sql : {table.insert(), table.select(), table.clear(),
                                   table.select_by_key(), table.delete_by_key()}) {
-      // This one has a value too many, which is meant: it never inserts.
-      if (std::string_view(sql.text()).starts_with("INSERT INTO proxy_ports(")) continue;
+      if (IsMeantToFail(sql.text())) continue;
       ExpectUnderstood(sql.text(), table.name());
     }
   }

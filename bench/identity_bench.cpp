@@ -9,7 +9,7 @@
 
 #include "bench/bench_support.h"
 #include "wexpol/platform/device_info.h"
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/diagnostic_log.h"
 
 namespace {
 

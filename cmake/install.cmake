@@ -6,6 +6,7 @@ set(header_folder ${CMAKE_INSTALL_INCLUDEDIR}/wexpol)
 # Public are the headers of include/ and those of src/ that they include, directly or not.
 set(public_headers "")
 file(GLOB unread CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h)
+list(APPEND unread ${PROJECT_SOURCE_DIR}/src/wexpol/platform/testing.h) # for tests of hosts
 while(unread)
   list(POP_FRONT unread header)
   if(NOT EXISTS ${header}) # of another library

@@ -7,6 +7,7 @@
 
 #include "tools/provision/provision.h"
 #include "wexpol.h"
+#include "wexpol/platform/testing.h"
 
 namespace fuzz {
 namespace {

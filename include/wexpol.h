@@ -42,7 +42,6 @@
 #include "wexpol/platform/device_info.h"
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/system_types.h"
-#include "wexpol/platform/testing.h"
 #include "wexpol/policydb/policy_db.h"
 #include "wexpol/records/global_tables.h"
 #include "wexpol/requests/auth_info.h"

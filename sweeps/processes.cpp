@@ -7,7 +7,8 @@
 
 #include "sweeps/store.h"
 #include "tests/support/child_process.h"
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/diagnostic_log.h"
+#include "wexpol/platform/testing.h"
 
 namespace {
 

@@ -10,7 +10,9 @@
 #include "tools/wexpolctl/tables.h"
 #include "wexpol/catalog/catalog.h"
 #include "wexpol/platform/clock.h"
+#include "wexpol/platform/clock_source.h"
 #include "wexpol/platform/files.h"
+#include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
 
 namespace sweeps {

@@ -5,8 +5,8 @@
 // FOLDER takes the place of the machine's locations and registry and holds wexpol.db, made by
 // "wexpolctl --root FOLDER init". DOCUMENTS holds the console's documents, one per table.
 
-#include <sqlite3.h>
 #include <wexpol.h>
+#include <wexpol/platform/testing.h>
 
 #include <cstdio>
 #include <cstring>

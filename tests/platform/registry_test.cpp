@@ -9,6 +9,7 @@
 #include "tests/support/test_environment.h"
 #include "wexpol/platform/agent_registry.h"
 #include "wexpol/platform/device_info.h"
+#include "wexpol/platform/testing.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "tests/support/policy_test.h"
 #include "wexpol/platform/file_paths.h"
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/testing.h"
 
 namespace {
 

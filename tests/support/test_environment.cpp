@@ -11,7 +11,7 @@
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
-#include "wexpol/policydb/diagnostic_log.h"
+
 namespace {
 
 std::filesystem::path SystemPath(const std::wstring& path) {
@@ -52,14 +52,12 @@ void FakeClock::Advance(std::int64_t seconds) {
 TestEnvironment::TestEnvironment() : folder_(NewFolder()) {
   wexpol::RedirectMachine(folder_);
   wexpol::SetClockForTesting(&clock_);
-  wexpol::ResetLogForTesting();
 }
 
 TestEnvironment::~TestEnvironment() {
   wexpol::DeleteRedirectedRegistry();
   wexpol::RedirectMachine(L"");
   wexpol::SetClockForTesting(nullptr);
-  wexpol::ResetLogForTesting();
   std::error_code error;
   std::filesystem::remove_all(SystemPath(folder_), error);
   EXPECT_FALSE(error) << "a file of the test is still open: " << error.message();

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "wexpol/platform/clock.h"
+#include "wexpol/platform/clock_source.h"
 
 // Stands still until it is moved. Starts at noon of Wednesday, 13 March 2024; local time is UTC.
 class FakeClock : public wexpol::Clock {

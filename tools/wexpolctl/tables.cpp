@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "wexpol.h"
-#include "wexpol/policydb/connection.h"
+#include "wexpol/policydb/tools.h"
 
 namespace wexpolctl {
 namespace {

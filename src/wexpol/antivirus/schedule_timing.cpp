@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "wexpol/antivirus/av_schedule.h"
+#include "wexpol/platform/diagnostic_log.h"
 #include "wexpol/platform/system_types.h"
-#include "wexpol/policydb/diagnostic_log.h"
 
 namespace {
 

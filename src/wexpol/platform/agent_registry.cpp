@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "wexpol/platform/testing.h"
+
 namespace wexpol {
 namespace {
 

@@ -21,7 +21,6 @@ enum class AgentKey {
 std::wstring AgentKeyPath();
 std::wstring RootKeyPath();
 std::wstring RuntimeKeyPath();
-void ResetAgentKeysForTesting();
 
 // Missing value, wrong type or wrong size: false, outputs untouched.
 bool ReadDword(AgentKey key, const wchar_t* name, std::uint32_t* value);

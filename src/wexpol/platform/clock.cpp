@@ -1,9 +1,10 @@
 #include "wexpol/platform/clock.h"
 
 #include <atomic>
-#include <limits>
 
+#include "wexpol/platform/clock_source.h"
 #include "wexpol/platform/system_types.h"
+#include "wexpol/platform/testing.h"
 
 namespace wexpol {
 namespace {

@@ -1,4 +1,4 @@
-// The time: one clock for the whole library, replaceable for tests, and conversions of its units.
+// The time, by one clock for the whole library, and conversions of its units.
 //
 // A file time counts units of 100 nanoseconds since the year 1601, as the system does.
 
@@ -15,20 +15,8 @@ using SYSTEMTIME = _SYSTEMTIME;
 
 namespace wexpol {
 
-class WEXPOL_API Clock {
- public:
-  virtual ~Clock() = default;
-  virtual std::int64_t UtcFileTime() const = 0;
-  virtual std::int64_t UtcToLocal(std::int64_t utc_file_time) const = 0;
-  // Milliseconds since the system started; wraps after 49.7 days.
-  virtual std::uint32_t TickCount() const = 0;
-};
-
-// The clock of the machine, and the one that is used instead; null means the machine's again.
-const Clock& SystemClock();
-WEXPOL_API void SetClockForTesting(const Clock* clock);
-
-// Now: seconds since 1970 UTC, local calendar time to the millisecond, ticks.
+// Now: seconds since 1970 UTC, local calendar time to the millisecond, and milliseconds since the
+// system started, which wrap after 49.7 days.
 WEXPOL_API std::int64_t NowUtc();
 SYSTEMTIME NowLocal();
 std::uint32_t TickCount();

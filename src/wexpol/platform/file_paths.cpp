@@ -1,6 +1,7 @@
 #include "wexpol/platform/file_paths.h"
 
 #include "wexpol/platform/files.h"
+#include "wexpol/platform/testing.h"
 
 namespace {
 
@@ -21,4 +22,4 @@ std::wstring CFilePaths::GetLocationLogFile() { return InAgentFolder(L"wexpol.lo
 
 std::wstring CFilePaths::GetOlbInstallLogFilePath() { return InAgentFolder(L"olb_install.log"); }
 
-void CFilePaths::Redirect(const std::wstring& folder) { g_redirected = folder; }
+void wexpol::RedirectFiles(const std::wstring& folder) { g_redirected = folder; }

@@ -15,9 +15,6 @@ class WEXPOL_API CFilePaths {
   static std::wstring GetLocationLogFile();
   // The log of the backup client's installer.
   static std::wstring GetOlbInstallLogFilePath();
-
-  // For tests and tools: another folder for all of them, in this process; empty for the machine's.
-  static void Redirect(const std::wstring& folder);
 };
 
 #endif  // WEXPOL_PLATFORM_FILE_PATHS_H_

@@ -4,8 +4,9 @@
 #define WEXPOL_PLATFORM_NAMED_MUTEX_H_
 
 #include <cstdint>
-#include <memory>
 #include <string>
+
+#include "wexpol/platform/scoped_handle.h"
 
 namespace wexpol {
 
@@ -24,16 +25,12 @@ class NamedMutex {
   // False when it could be neither created nor opened; a wait then fails.
   bool IsValid() const { return handle_ != nullptr; }
   // A mutex whose owner ended without releasing it counts as obtained.
-  WaitResult Wait(std::uint32_t timeout_ms);
+  [[nodiscard]] WaitResult Wait(std::uint32_t timeout_ms);
   // Nothing happens when it is not owned.
   void Release();
 
  private:
-  struct Closer {
-    void operator()(void* handle) const;
-  };
-
-  std::unique_ptr<void, Closer> handle_;
+  ScopedHandle handle_;
   bool owned_ = false;
 };
 

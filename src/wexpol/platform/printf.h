@@ -1,7 +1,7 @@
 // Lets the compiler check the arguments of a printf-like function against its format text.
 
-#ifndef WEXPOL_WEXPOL_PRINTF_H_
-#define WEXPOL_WEXPOL_PRINTF_H_
+#ifndef WEXPOL_PLATFORM_PRINTF_H_
+#define WEXPOL_PLATFORM_PRINTF_H_
 
 #include <cstdio>
 
@@ -13,4 +13,4 @@
 #define WEXPOL_PRINTF(text, first) __attribute__((format(printf, text, first)))
 #endif
 
-#endif  // WEXPOL_WEXPOL_PRINTF_H_
+#endif  // WEXPOL_PLATFORM_PRINTF_H_

@@ -1,6 +1,8 @@
 #include "wexpol/platform/registry.h"
 
 #include <cstring>
+#include <cwchar>
+#include <utility>
 
 using wexpol::RegistryStatus;
 using wexpol::RegistryType;

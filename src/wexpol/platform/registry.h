@@ -5,11 +5,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "wexpol/platform/export.h"
+#include "wexpol/platform/scoped_handle.h"
 
 namespace wexpol {
 
@@ -70,11 +70,7 @@ class WEXPOL_API CRegistryVeyra {
   std::vector<std::wstring> SubkeyNames() const;
 
  private:
-  struct WEXPOL_API KeyCloser {
-    void operator()(void* key) const;
-  };
-
-  std::unique_ptr<void, KeyCloser> key_;
+  wexpol::ScopedHandle key_;
 };
 
 #endif  // WEXPOL_PLATFORM_REGISTRY_H_

@@ -3,15 +3,7 @@
 #ifndef WEXPOL_PLATFORM_SECURITY_H_
 #define WEXPOL_PLATFORM_SECURITY_H_
 
-#include <memory>
-
-namespace wexpol {
-
-struct LocalMemoryCloser {
-  void operator()(void* memory) const;
-};
-
-}  // namespace wexpol
+#include "wexpol/platform/scoped_handle.h"
 
 // Authenticated users, the system and administrators have full access; the label is low integrity.
 class CSecAttrib {
@@ -23,8 +15,8 @@ class CSecAttrib {
   void* get() const { return attributes_.get(); }
 
  private:
-  std::unique_ptr<void, wexpol::LocalMemoryCloser> descriptor_;
-  std::unique_ptr<void, wexpol::LocalMemoryCloser> attributes_;
+  wexpol::ScopedHandle descriptor_;
+  wexpol::ScopedHandle attributes_;
 };
 
 #endif  // WEXPOL_PLATFORM_SECURITY_H_

@@ -4,8 +4,9 @@
 #define WEXPOL_PLATFORM_SHARED_MEMORY_H_
 
 #include <cstddef>
-#include <memory>
 #include <string>
+
+#include "wexpol/platform/scoped_handle.h"
 
 namespace wexpol {
 
@@ -17,21 +18,13 @@ class NamedMapping {
   NamedMapping(const std::wstring& name, std::size_t size);
 
   // The block, writable; null after a failure.
-  void* data() const { return view_.get(); }
+  void* data() const { return block_ ? data_ : nullptr; }
   // Whether this object made the block, which then is its to fill.
   bool created() const { return created_; }
 
  private:
-  struct Closer {
-    void operator()(void* handle) const;
-  };
-  struct Unmapper {
-    std::size_t size;
-    void operator()(void* view) const;
-  };
-
-  std::unique_ptr<void, Closer> handle_;
-  std::unique_ptr<void, Unmapper> view_;
+  ScopedHandle block_;
+  void* data_ = nullptr;
   bool created_ = false;
 };
 

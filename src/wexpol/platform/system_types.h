@@ -44,9 +44,17 @@ using TIME_ZONE_INFORMATION = _TIME_ZONE_INFORMATION;
 
 #endif
 
-// The registry's time-zone record is documented but missing from most kits: where <windows.h> or
-// the program declared the documented structure before this point, that one is used.
+// The registry's time-zone record is documented but missing from most kits. A structure that the
+// program or its kit declared before this point is used, else one of the same layout. A program
+// that declares it after this point defines WEXPOL_HOST_DECLARES_REG_TZI_FORMAT. No exported name
+// of the library depends on which one it is.
 struct _REG_TZI_FORMAT;  // NOLINT(bugprone-reserved-identifier)
+
+#ifdef WEXPOL_HOST_DECLARES_REG_TZI_FORMAT
+
+using REG_TZI_FORMAT = _REG_TZI_FORMAT;
+
+#else
 
 namespace wexpol {
 
@@ -71,8 +79,10 @@ struct TimeZoneRecord<Declared, std::void_t<decltype(sizeof(Declared))>> {
 }  // namespace wexpol
 
 using REG_TZI_FORMAT = wexpol::TimeZoneRecord<_REG_TZI_FORMAT>::Type;
+static_assert(sizeof(REG_TZI_FORMAT) == 44, "the layout of the stored time zone");
+
+#endif
 
 static_assert(sizeof(SYSTEMTIME) == 16, "the layout of the stored time");
-static_assert(sizeof(REG_TZI_FORMAT) == 44, "the layout of the stored time zone");
 
 #endif  // WEXPOL_PLATFORM_SYSTEM_TYPES_H_

@@ -1,15 +1,13 @@
 #include "wexpol/platform/testing.h"
 
-#include "wexpol/platform/agent_registry.h"
-#include "wexpol/platform/file_paths.h"
-
 namespace wexpol {
 
 void RedirectMachine(const std::wstring& folder) {
-  CFilePaths::Redirect(folder);
+  RedirectFiles(folder);
   RedirectRegistry(folder);
   RedirectSharedObjects(folder);
   ResetAgentKeysForTesting();
+  ResetLogForTesting();
 }
 
 }  // namespace wexpol

@@ -6,6 +6,8 @@
 
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/database_key.h"
+#include "wexpol/policydb/policy_db.h"
+#include "wexpol/policydb/tools.h"
 #include "wexpol/records/statement_cache.h"
 
 namespace wexpol {
@@ -39,6 +41,10 @@ int Connection::Open(const wchar_t* path, int flags, int busy_timeout_ms,
   connection.reset(new Connection(handle.release()));
   return SQLITE_OK;
 }
+
+sqlite3* Connection::HandleOf(const CPolicyDB& session) { return session.handle(); }
+
+sqlite3* HandleOf(const CPolicyDB& session) { return Connection::HandleOf(session); }
 
 void Connection::Close() {
   DropStatementCache(handle_);

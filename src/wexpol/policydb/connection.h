@@ -23,6 +23,7 @@ class Connection {
   ~Connection() { Close(); }
   void Close();
   sqlite3* handle() const { return handle_; }
+  static sqlite3* HandleOf(const CPolicyDB& session);
 
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
@@ -32,9 +33,6 @@ class Connection {
 
   sqlite3* handle_;
 };
-
-// The connection of a session, for tools that are linked with the library; null when it is closed.
-sqlite3* HandleOf(const CPolicyDB& session);
 
 }  // namespace wexpol
 

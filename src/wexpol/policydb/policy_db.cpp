@@ -4,22 +4,17 @@
 
 #include <cstring>
 
+#include "wexpol/platform/diagnostic_log.h"
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/files.h"
 #include "wexpol/policydb/connection.h"
-#include "wexpol/policydb/diagnostic_log.h"
 #include "wexpol/policydb/facade.h"
-#include "wexpol/records/global_tables.h"
 #include "wexpol/records/statement.h"
 
 namespace {
 
 constexpr char kAccessCode[] = "60718";
 constexpr wchar_t kFileName[] = L"wexpol.db";
-
-void CheckAccess(const char* access_code) {
-  if (!access_code || std::strcmp(access_code, kAccessCode) != 0) throw 0;
-}
 
 // Puts the backup in the place of the database. What the engine left beside the replaced file
 // belongs to its old content.
@@ -33,19 +28,15 @@ bool CopyBackup(const std::wstring& backup, const std::wstring& database) {
 
 }  // namespace
 
-CPolicyDB::CPolicyDB(const char* accessCode, int openFlags, int busyTimeoutMs)
-    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
-  CheckAccess(accessCode);
-  const int code = wexpol::Ask(SQLITE_NOMEM, [&] { return OpenFirstFound(); });
+bool CPolicyDB::IsAccessCode(const char* text) noexcept {
+  return text && std::strcmp(text, kAccessCode) == 0;
+}
+
+void CPolicyDB::OpenFirstFound() noexcept {
+  const int code = wexpol::Ask(SQLITE_NOMEM, [&] { return TryInTurn(); });
   if (code != SQLITE_OK) {
     wexpol::LogMessage("SQLite error: %d : %s", code, sqlite3_errmsg(handle()));
   }
-}
-
-CPolicyDB::CPolicyDB(const char* accessCode, const wchar_t* path, int openFlags, int busyTimeoutMs)
-    : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
-  CheckAccess(accessCode);
-  OpenDB(path, openFlags, busyTimeoutMs);
 }
 
 CPolicyDB::CPolicyDB(const CPolicyDB& other) = default;
@@ -57,7 +48,7 @@ int CPolicyDB::OpenIfThere(const std::wstring& path, int code) {
 }
 
 // The answer is the code of the last open that was tried.
-int CPolicyDB::OpenFirstFound() {
+int CPolicyDB::TryInTurn() {
   int code = SQLITE_CANTOPEN;
   const std::wstring beside = wexpol::ReplaceFileName(wexpol::ExecutablePath(), kFileName);
   if (!beside.empty()) code = OpenIfThere(beside, code);
@@ -87,8 +78,6 @@ void CPolicyDB::CloseDB() {
 bool CPolicyDB::IsValidDB() const { return handle() != nullptr; }
 
 sqlite3* CPolicyDB::handle() const { return m_db ? m_db->handle() : nullptr; }
-
-sqlite3* wexpol::HandleOf(const CPolicyDB& session) { return session.handle(); }
 
 bool CPolicyDB::RestoreDB() {
   CloseDB();
@@ -122,9 +111,5 @@ bool CPolicyDB::Transaction(TRANSACTION step) {
 }
 
 const std::string& CPolicyDB::GetError() const { return m_error; }
-
-void CPolicyDB::GetGlobalTableJson(std::uint64_t& emptyMask, std::string& out) {
-  wexpol::Ask([&] { return CGlobalTables().GenerateJson(emptyMask, out, handle()), true; });
-}
 
 bool CPolicyDB::DoesFileExist(const wchar_t* path) { return path && wexpol::FileExists(path); }

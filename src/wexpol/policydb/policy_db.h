@@ -13,56 +13,12 @@
 
 #include "wexpol/platform/export.h"
 #include "wexpol/platform/system_types.h"
+#include "wexpol/policydb/record_classes.h"
 
-class CAccount;
-class CAccountBackupDetail;
-class CAlertEventType;
-class CAlertLog;
-class CApp;
-class CAppControl;
-class CAppControlApp;
-class CAppControlInfo;
-class CAppearance;
-class CAuthInfo;
-class CAuthLog;
-class CAvComponents;
-class CAvSchedule;
-class CCategory;
-class CDevice;
-class CDeviceBackupDetail;
-class CDeviceBackupStatistics;
-class CDeviceService;
-class CDeviceSubserviceVersion;
-class CFilterCategory;
-class CFilterSetting;
-class CFilterUrl;
-class CGlobalConfiguration;
-class CIcatKeyword;
-class CInstallationLogin;
-class CInstallInvite;
-class CLastScanSummary;
-class CLogin;
-class CLoginDetail;
-class CNeverBlockApp;
-class CNeverBlockDomain;
-class CNic;
-class CNxbAvSetting;
-class CPolicy;
-class CProxyPort;
-class CRemoteControlSetting;
-class CRestartPolicySettings;
-class CSafeSearchParameter;
-class CSalesAlertOption;
-class CServiceConfiguration;
-class CSupportDisplaySettings;
-class CSwgSettings;
-enum PASSWORD_VALIDATION_RESULT : int;  // Complete in "wexpol/identity/policy.h".
 struct sqlite3;
 
-class CPolicyDB;
 namespace wexpol {
 class Connection;
-sqlite3* HandleOf(const CPolicyDB& session);
 }  // namespace wexpol
 
 enum TRANSACTION : int {
@@ -76,25 +32,25 @@ enum TRANSACTION : int {
 // operation but the constructors throws.
 //
 // Copies share the connection: the first of them that is closed or destroyed closes it for all.
-//
-// The table operations share these rules:
-//  - ClearAndAddXxx replaces the table with the records of a JSON document, AddXxx adds them. The
-//    document is an array of records, one record, or an object that holds either under the
-//    singular or the plural name of the table. The first record that fails ends the operation with
-//    false and leaves the error object in GetError(); the records before it stay stored. Neither
-//    opens a transaction: bracket them with Transaction() for all or nothing.
-//  - ClearXxx empties the table.
-//  - GetXxx(list, column, value) appends the rows in which `column` has the value, or all rows for
-//    a null column. The records are the caller's to delete, also those of a call that failed.
-//  - Reads of one record are false when there is no such row.
 class WEXPOL_API CPolicyDB {
  public:
+  // -------------------------------------------------------------------------------- The session
+
   // Searches for the file: beside the executable of the process, in the current directory, at the
   // installed location, and at last by restoring the backup copy. IsValidDB() tells whether one
-  // was opened. Throws the int 0 when the access code is wrong.
-  CPolicyDB(const char* accessCode, int openFlags, int busyTimeoutMs);
+  // was opened. Throws the int 0 when the access code is wrong. (Inline: what is thrown to a host
+  // is thrown by the host's own C++ runtime.)
+  CPolicyDB(const char* accessCode, int openFlags, int busyTimeoutMs)
+      : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+    if (!IsAccessCode(accessCode)) throw 0;
+    OpenFirstFound();
+  }
   // Opens exactly the file at `path`.
-  CPolicyDB(const char* accessCode, const wchar_t* path, int openFlags, int busyTimeoutMs);
+  CPolicyDB(const char* accessCode, const wchar_t* path, int openFlags, int busyTimeoutMs)
+      : m_openFlags(openFlags), m_busyTimeoutMs(busyTimeoutMs) {
+    if (!IsAccessCode(accessCode)) throw 0;
+    OpenDB(path, openFlags, busyTimeoutMs);
+  }
   CPolicyDB(const CPolicyDB& other);
   CPolicyDB& operator=(const CPolicyDB& other);
   ~CPolicyDB();
@@ -106,9 +62,10 @@ class WEXPOL_API CPolicyDB {
   void CloseDB();
   bool IsValidDB() const;
 
-  // Closes, copies the backup over the database at the installed location, and opens that with the
-  // flags and the timeout of the constructor. Without a backup it only opens.
-  bool RestoreDB();
+  // Closes, puts the backup's content into the database at the installed location, and opens that
+  // with the flags and the timeout of the constructor. True when it could be opened; without a
+  // backup it only opens. See "Restore" in docs/hosts.md.
+  [[nodiscard]] bool RestoreDB();
 
   // Whether the whole file can be decrypted and is well formed; reads all of it.
   // An empty file is well formed, too: ask IsProvisioned() beside it.
@@ -118,11 +75,6 @@ class WEXPOL_API CPolicyDB {
   // half-made or no policy database.
   bool IsProvisioned();
 
-  // What tells whether two computers hold the same rows of a table: 40 hexadecimal digits over the
-  // columns that a document can fill, whatever the order of the rows. False, and `hash` untouched,
-  // when there is no such table or it cannot be read.
-  bool GetContentHash(std::string& hash, const char* table);
-
   // False when the statement fails, also for a commit without a transaction. A transaction runs
   // with synchronous = OFF: a killed process loses nothing, a power cut can damage the file.
   bool Transaction(TRANSACTION step);
@@ -131,8 +83,26 @@ class WEXPOL_API CPolicyDB {
   // Successes leave it.
   const std::string& GetError() const;
 
+  // --------------------------------------------------------------------------------- The tables
+  //
+  // The operations share these rules:
+  //  - ClearAndAddXxx replaces the table with the records of a JSON document, AddXxx adds them. The
+  //    document is an array of records, one record, or an object that holds either under the
+  //    singular or the plural name of the table. The first record that fails ends the operation
+  //    with false and leaves the error object in GetError(); the records before it stay stored.
+  //    Neither opens a transaction: bracket them with Transaction() for all or nothing.
+  //  - ClearXxx empties the table.
+  //  - GetXxx(list, column, value) appends the rows in which `column` has the value, or all rows
+  //    for a null column. The records are the caller's to delete, also those of a call that failed.
+  //  - Reads of one record are false when there is no such row.
+
   // The version report of the shared tables; see CGlobalTables.
   void GetGlobalTableJson(std::uint64_t& emptyMask, std::string& out);
+
+  // What tells whether two computers hold the same rows of a table: 40 hexadecimal digits over the
+  // columns that a document can fill, whatever the order of the rows. False, and `hash` untouched,
+  // when there is no such table or it cannot be read.
+  bool GetContentHash(std::string& hash, const char* table);
 
   // Accounts, devices, logins.
   bool ClearAndAddAccounts(const char* json);
@@ -439,11 +409,13 @@ class WEXPOL_API CPolicyDB {
   static bool DoesFileExist(const wchar_t* path);
 
  private:
-  friend sqlite3* wexpol::HandleOf(const CPolicyDB& session);
+  friend class wexpol::Connection;  // knows the handle of a session
 
-  sqlite3* handle() const;
+  static bool IsAccessCode(const char* text) noexcept;
+  void OpenFirstFound() noexcept;
+  int TryInTurn();
   int OpenIfThere(const std::wstring& path, int code);
-  int OpenFirstFound();
+  sqlite3* handle() const;
 
   // The operations of every table, in "wexpol/policydb/facade.h".
   template <typename Record>

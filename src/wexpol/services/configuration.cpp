@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "wexpol/antivirus/nxb_av_setting.h"
+#include "wexpol/platform/diagnostic_log.h"
 #include "wexpol/platform/text.h"
-#include "wexpol/policydb/diagnostic_log.h"
 #include "wexpol/services/service_configuration.h"
 
 namespace wexpol {

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "wexpol/platform/agent_registry.h"
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/diagnostic_log.h"
 #include "wexpol/services/device_service.h"
 
 namespace wexpol {

@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+#include "wexpol/platform/clock_source.h"
+
 namespace wexpol {
 namespace {
 

@@ -8,18 +8,16 @@
 #include <cerrno>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "wexpol/platform/posix/machine.h"
 
 namespace wexpol {
 
-void NamedMutex::Closer::operator()(void* handle) const {
-  delete static_cast<FileDescriptor*>(handle);
-}
-
 NamedMutex::NamedMutex(const std::wstring& name) {
   if (FileDescriptor fd = OpenShared(SharedFile(name, ".lock"))) {
-    handle_.reset(new FileDescriptor(std::move(fd)));
+    handle_ = {new FileDescriptor(std::move(fd)),
+               {[](void* handle) { delete static_cast<FileDescriptor*>(handle); }}};
   }
 }
 

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cwctype>
 #include <filesystem>
+#include <utility>
 
 #include "wexpol/platform/posix/machine.h"
 #include "wexpol/platform/testing.h"
@@ -115,10 +116,6 @@ void DeleteRedirectedRegistry() {
 
 }  // namespace wexpol
 
-void CRegistryVeyra::KeyCloser::operator()(void* key) const {
-  delete static_cast<wexpol::OpenKey*>(key);
-}
-
 RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess access,
                                     RegistryView view) {
   Close();
@@ -130,7 +127,8 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
   }
   const bool writable = access == RegistryAccess::kReadWrite || access == RegistryAccess::kFull;
   if (::access(folder.c_str(), writable ? W_OK : R_OK) != 0) return wexpol::StatusOfErrno();
-  key_.reset(new wexpol::OpenKey{std::move(folder), writable});
+  key_ = {new wexpol::OpenKey{std::move(folder), writable},
+          {[](void* key) { delete static_cast<wexpol::OpenKey*>(key); }}};
   return RegistryStatus::kOk;
 }
 

@@ -2,9 +2,13 @@
 
 #include "wexpol/platform/shared_memory.h"
 
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
 
 #include "wexpol/platform/posix/machine.h"
 
@@ -14,27 +18,31 @@ namespace {
 struct SharedBlock {
   std::string file;
   FileDescriptor fd;
+  void* view;
+  std::size_t size;
 };
+
+// The last holder takes the file away.
+void LetGo(void* held) {
+  const auto* block = static_cast<const SharedBlock*>(held);
+  ::munmap(block->view, block->size);
+  if (::flock(block->fd.get(), LOCK_EX | LOCK_NB) == 0) ::unlink(block->file.c_str());
+  delete block;
+}
 
 // Locks `fd` for sharing, and makes a fresh block of it when nobody else holds it. False when the
 // file has lost its name or its size does not do.
 bool Join(int fd, std::size_t size, bool* created) {
   *created = ::flock(fd, LOCK_EX | LOCK_NB) == 0;
-  if (*created && (::ftruncate(fd, 0) != 0 || ::ftruncate(fd, static_cast<off_t>(size)) != 0)) {
+  if (*created && (::ftruncate(fd, 0) != 0 ||
+                   // Reserved, not only promised: on a full disk a promise would kill who writes.
+                   ::posix_fallocate(fd, 0, static_cast<off_t>(size)) != 0)) {
     return false;
   }
   return ::flock(fd, LOCK_SH) == 0;
 }
 
 }  // namespace
-
-void NamedMapping::Closer::operator()(void* handle) const {
-  const auto* block = static_cast<const SharedBlock*>(handle);
-  if (::flock(block->fd.get(), LOCK_EX | LOCK_NB) == 0) ::unlink(block->file.c_str());
-  delete block;
-}
-
-void NamedMapping::Unmapper::operator()(void* view) const { ::munmap(view, size); }
 
 NamedMapping::NamedMapping(const std::wstring& name, std::size_t size) {
   std::string file = SharedFile(name, ".block");
@@ -48,8 +56,8 @@ NamedMapping::NamedMapping(const std::wstring& name, std::size_t size) {
 
   void* view = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd.get(), 0);
   if (view == MAP_FAILED) return;
-  view_ = {view, Unmapper{size}};
-  handle_.reset(new SharedBlock{std::move(file), std::move(fd)});
+  data_ = view;
+  block_ = {new SharedBlock{std::move(file), std::move(fd), view, size}, {&LetGo}};
 }
 
 }  // namespace wexpol

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "wexpol/platform/clock_source.h"
 #include "wexpol/platform/system_types.h"
 
 namespace wexpol {
@@ -18,9 +19,10 @@ class MachineClock : public Clock {
   std::int64_t UtcToLocal(std::int64_t utc_file_time) const override {
     const SYSTEMTIME utc = FromFileTime(utc_file_time);
     SYSTEMTIME local;
-    std::int64_t result = utc_file_time;
-    if (::SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local)) ToFileTime(local, &result);
-    return result;
+    std::int64_t result;
+    const bool converted =
+        ::SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local) != 0 && ToFileTime(local, &result);
+    return converted ? result : utc_file_time;
   }
 
   std::uint32_t TickCount() const override { return ::GetTickCount(); }

@@ -4,18 +4,17 @@
 #include <io.h>
 #include <shellapi.h>
 
-#include <memory>
-
 #include "wexpol/platform/text.h"
+#include "wexpol/platform/win32/handle.h"
 
 namespace wexpol {
 
 std::vector<std::string> CommandLineArguments(int, const char* const*) {
   int count = 0;
-  const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> wide(
-      ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);
+  wchar_t** wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  const ScopedHandle owner = OwnMemory(wide);
   std::vector<std::string> arguments;
-  for (int i = 1; wide && i < count; ++i) arguments.push_back(WideToUtf8(wide.get()[i]));
+  for (int i = 1; wide && i < count; ++i) arguments.push_back(WideToUtf8(wide[i]));
   return arguments;
 }
 

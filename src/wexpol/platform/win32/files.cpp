@@ -6,14 +6,16 @@
 
 #include <iterator>
 
+#include "wexpol/platform/scoped_handle.h"
+
 namespace wexpol {
 
 bool FileExists(const std::wstring& path) {
   WIN32_FIND_DATAW found;
   const HANDLE search = ::FindFirstFileW(path.c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return false;
-  ::FindClose(search);
-  return true;
+  const ScopedHandle owner(search == INVALID_HANDLE_VALUE ? nullptr : search,
+                           {[](void* handle) { ::FindClose(handle); }});
+  return owner != nullptr;
 }
 
 std::optional<std::uint64_t> FileSize(const std::wstring& path) {

@@ -3,8 +3,7 @@
 #include <windows.h>
 #include <winternl.h>
 
-#include <memory>
-
+#include "wexpol/platform/win32/handle.h"
 #include "wexpol/platform/win32/system_library.h"
 
 namespace wexpol {
@@ -32,13 +31,9 @@ class PhysicalMemory {
     init_string_(&name, L"\\device\\physicalmemory");
     OBJECT_ATTRIBUTES attributes;
     InitializeObjectAttributes(&attributes, &name, OBJ_CASE_INSENSITIVE, nullptr, nullptr);
-    if (open_(&section_, SECTION_MAP_READ, &attributes) < 0) section_ = nullptr;
+    HANDLE section = nullptr;
+    if (open_(&section, SECTION_MAP_READ, &attributes) >= 0) section_ = Own(section);
   }
-  ~PhysicalMemory() {
-    if (section_) ::CloseHandle(section_);
-  }
-  PhysicalMemory(const PhysicalMemory&) = delete;
-  PhysicalMemory& operator=(const PhysicalMemory&) = delete;
 
   Bytes Read(std::uint32_t address, std::size_t size) const {
     if (!section_ || granularity_ == 0) return {};
@@ -49,7 +44,7 @@ class PhysicalMemory {
     void* view = nullptr;
     constexpr int kViewShare = 1;
     const HANDLE this_process = ::GetCurrentProcess();
-    if (map_(section_, this_process, &view, 0, view_size, &offset, &view_size, kViewShare, 0,
+    if (map_(section_.get(), this_process, &view, 0, view_size, &offset, &view_size, kViewShare, 0,
              PAGE_READONLY) < 0) {
       return {};
     }
@@ -74,7 +69,7 @@ class PhysicalMemory {
    ULONG) = ntdll_.Find<decltype(map_)>("ZwMapViewOfSection");
   NTSTATUS(NTAPI* unmap_)(HANDLE, void*) = ntdll_.Find<decltype(unmap_)>("ZwUnmapViewOfSection");
   ULONG granularity_ = 0;
-  HANDLE section_ = nullptr;
+  ScopedHandle section_;
 };
 
 }  // namespace

@@ -5,42 +5,41 @@
 
 #include <cstring>
 #include <limits>
-#include <memory>
 
+#include "wexpol/platform/scoped_handle.h"
 #include "wexpol/platform/win32/system_library.h"
 
 namespace wexpol {
 namespace {
 
-// CryptoAPI handles are numbers, with a close function each.
-struct Provider {
-  ~Provider() {
-    if (handle) ::CryptReleaseContext(handle, 0);
-  }
-  HCRYPTPROV handle = 0;
-};
+// CryptoAPI handles are numbers.
+ScopedHandle OwnProvider(HCRYPTPROV provider) {
+  return {reinterpret_cast<void*>(provider),
+          {[](void* handle) { ::CryptReleaseContext(reinterpret_cast<HCRYPTPROV>(handle), 0); }}};
+}
 
-struct HashObject {
-  ~HashObject() {
-    if (handle) ::CryptDestroyHash(handle);
-  }
-  HCRYPTHASH handle = 0;
-};
+ScopedHandle OwnHash(HCRYPTHASH hash) {
+  return {reinterpret_cast<void*>(hash),
+          {[](void* handle) { ::CryptDestroyHash(reinterpret_cast<HCRYPTHASH>(handle)); }}};
+}
 
 template <std::size_t kSize>
 bool Hash(ALG_ID algorithm, const void* data, std::size_t size,
           std::array<std::uint8_t, kSize>* digest) {
   if (size > std::numeric_limits<DWORD>::max()) return false;
-  Provider provider;
-  HashObject hash;
+  HCRYPTPROV provider;
+  if (!::CryptAcquireContextW(&provider, nullptr, L"Microsoft Base Cryptographic Provider v1.0",
+                              PROV_RSA_FULL, CRYPT_VERIFYCONTEXT)) {
+    return false;
+  }
+  const ScopedHandle provider_owner = OwnProvider(provider);
+  HCRYPTHASH hash;
+  if (!::CryptCreateHash(provider, algorithm, 0, 0, &hash)) return false;
+  const ScopedHandle hash_owner = OwnHash(hash);
   std::array<std::uint8_t, kSize> result;
   DWORD result_size = kSize;
-  if (!::CryptAcquireContextW(&provider.handle, nullptr,
-                              L"Microsoft Base Cryptographic Provider v1.0", PROV_RSA_FULL,
-                              CRYPT_VERIFYCONTEXT) ||
-      !::CryptCreateHash(provider.handle, algorithm, 0, 0, &hash.handle) ||
-      !::CryptHashData(hash.handle, static_cast<const BYTE*>(data), static_cast<DWORD>(size), 0) ||
-      !::CryptGetHashParam(hash.handle, HP_HASHVAL, result.data(), &result_size, 0) ||
+  if (!::CryptHashData(hash, static_cast<const BYTE*>(data), static_cast<DWORD>(size), 0) ||
+      !::CryptGetHashParam(hash, HP_HASHVAL, result.data(), &result_size, 0) ||
       result_size != kSize) {
     return false;
   }

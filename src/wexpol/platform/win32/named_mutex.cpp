@@ -3,11 +3,10 @@
 #include <windows.h>
 
 #include "wexpol/platform/security.h"
-#include "wexpol/platform/win32/shared_name.h"
+#include "wexpol/platform/win32/handle.h"
+#include "wexpol/platform/win32/private_name.h"
 
 namespace wexpol {
-
-void NamedMutex::Closer::operator()(void* handle) const { ::CloseHandle(handle); }
 
 NamedMutex::NamedMutex(const std::wstring& name) {
   const std::wstring shared_name = SharedObjectName(name);
@@ -18,7 +17,7 @@ NamedMutex::NamedMutex(const std::wstring& name) {
   if (!handle) {
     handle = ::OpenMutexW(SYNCHRONIZE | MUTEX_MODIFY_STATE, FALSE, shared_name.c_str());
   }
-  handle_.reset(handle);
+  handle_ = Own(handle);
 }
 
 NamedMutex::WaitResult NamedMutex::Wait(std::uint32_t timeout_ms) {

@@ -2,10 +2,11 @@
 
 #include <windows.h>
 
+#include <iterator>
 #include <limits>
 
-#include "wexpol/platform/files.h"
 #include "wexpol/platform/testing.h"
+#include "wexpol/platform/win32/private_name.h"
 
 using wexpol::RegistryAccess;
 using wexpol::RegistryStatus;
@@ -54,11 +55,15 @@ RegistryStatus StatusOf(LSTATUS result) {
   return result == ERROR_FILE_NOT_FOUND ? RegistryStatus::kNotFound : RegistryStatus::kFailed;
 }
 
+ScopedHandle OwnKey(HKEY key) {
+  return {key, {[](void* handle) { ::RegCloseKey(static_cast<HKEY>(handle)); }}};
+}
+
 }  // namespace
 
 void RedirectRegistry(const std::wstring& folder) {
   g_redirected =
-      folder.empty() ? L"" : L"Software\\Corvane Agent Redirected\\" + FileNameOf(folder);
+      folder.empty() ? L"" : L"Software\\Corvane Agent Redirected\\" + PrivateName(folder);
 }
 
 void DeleteRedirectedRegistry() {
@@ -70,10 +75,6 @@ void DeleteRedirectedRegistry() {
 
 }  // namespace wexpol
 
-void CRegistryVeyra::KeyCloser::operator()(void* key) const {
-  ::RegCloseKey(static_cast<HKEY>(key));
-}
-
 RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess access,
                                     RegistryView view) {
   Close();
@@ -82,7 +83,7 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
   HKEY key;
   const LSTATUS result = ::RegOpenKeyExW(place.root, place.path.c_str(), 0,
                                          wexpol::RightsOf(access) | place.view, &key);
-  if (result == ERROR_SUCCESS) key_.reset(key);
+  if (result == ERROR_SUCCESS) key_ = wexpol::OwnKey(key);
   return wexpol::StatusOf(result);
 }
 
@@ -95,7 +96,7 @@ RegistryStatus CRegistryVeyra::Create(const std::wstring& path, RegistryAccess a
   const LSTATUS result =
       ::RegCreateKeyExW(place.root, place.path.c_str(), 0, nullptr, 0,
                         wexpol::RightsOf(access) | place.view, nullptr, &key, nullptr);
-  if (result == ERROR_SUCCESS) key_.reset(key);
+  if (result == ERROR_SUCCESS) key_ = wexpol::OwnKey(key);
   return wexpol::StatusOf(result);
 }
 

@@ -3,11 +3,7 @@
 #include <windows.h>
 #include <sddl.h>
 
-namespace wexpol {
-
-void LocalMemoryCloser::operator()(void* memory) const { ::LocalFree(memory); }
-
-}  // namespace wexpol
+#include "wexpol/platform/win32/handle.h"
 
 CSecAttrib::CSecAttrib() {
   constexpr const wchar_t* kDescriptors[] = {
@@ -21,9 +17,9 @@ CSecAttrib::CSecAttrib() {
       break;
     }
   }
-  descriptor_.reset(descriptor);
+  descriptor_ = wexpol::OwnMemory(descriptor);
   if (!descriptor) return;
-  attributes_.reset(::LocalAlloc(LPTR, sizeof(SECURITY_ATTRIBUTES)));
+  attributes_ = wexpol::OwnMemory(::LocalAlloc(LPTR, sizeof(SECURITY_ATTRIBUTES)));
   if (auto* attributes = static_cast<SECURITY_ATTRIBUTES*>(attributes_.get())) {
     attributes->nLength = sizeof *attributes;
     attributes->lpSecurityDescriptor = descriptor;

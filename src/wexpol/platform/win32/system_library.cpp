@@ -2,22 +2,18 @@
 
 #include <windows.h>
 
-#include <iterator>
 #include <string>
 
 namespace wexpol {
-
-void SystemLibrary::Closer::operator()(void* handle) const {
-  ::FreeLibrary(static_cast<HMODULE>(handle));
-}
 
 SystemLibrary::SystemLibrary(const wchar_t* name) {
   wchar_t folder[MAX_PATH];
   const UINT length = ::GetSystemDirectoryW(folder, MAX_PATH);
   if (length == 0 || length >= MAX_PATH) return;
   // What it depends on is looked for in that folder first, too, not beside the program.
-  handle_.reset(::LoadLibraryExW((std::wstring(folder) + L'\\' + name).c_str(), nullptr,
-                                 LOAD_WITH_ALTERED_SEARCH_PATH));
+  handle_ = {::LoadLibraryExW((std::wstring(folder) + L'\\' + name).c_str(), nullptr,
+                              LOAD_WITH_ALTERED_SEARCH_PATH),
+             {[](void* library) { ::FreeLibrary(static_cast<HMODULE>(library)); }}};
 }
 
 SystemLibrary::Address SystemLibrary::FindAddress(const char* name) const {

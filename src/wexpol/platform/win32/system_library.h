@@ -3,7 +3,7 @@
 #ifndef WEXPOL_PLATFORM_WIN32_SYSTEM_LIBRARY_H_
 #define WEXPOL_PLATFORM_WIN32_SYSTEM_LIBRARY_H_
 
-#include <memory>
+#include "wexpol/platform/scoped_handle.h"
 
 namespace wexpol {
 
@@ -13,8 +13,6 @@ class SystemLibrary {
  public:
   explicit SystemLibrary(const wchar_t* name);
 
-  bool IsLoaded() const { return handle_ != nullptr; }
-
   // The exported function, or null when the library or the function is missing.
   template <typename Function>
   Function Find(const char* name) const {
@@ -22,14 +20,10 @@ class SystemLibrary {
   }
 
  private:
-  struct Closer {
-    void operator()(void* handle) const;
-  };
-
   using Address = void (*)();
   Address FindAddress(const char* name) const;
 
-  std::unique_ptr<void, Closer> handle_;
+  ScopedHandle handle_;
 };
 
 }  // namespace wexpol

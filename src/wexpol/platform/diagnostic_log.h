@@ -1,9 +1,9 @@
-// The diagnostic log that all processes of the agent write to.
+// The diagnostic log that all processes of the agent write to. Only what a line is named for is
+// written, never a password, a token, a header or a command line.
 
-#ifndef WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_
-#define WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_
+#ifndef WEXPOL_PLATFORM_DIAGNOSTIC_LOG_H_
+#define WEXPOL_PLATFORM_DIAGNOSTIC_LOG_H_
 
-#include <cstdint>
 #include <string>
 
 #include "wexpol/platform/printf.h"
@@ -23,10 +23,6 @@ std::wstring LogColumn(std::wstring text);
 // The program's column: the file name in `path`, without folder and extension.
 std::wstring ProgramColumn(const std::wstring& path);
 
-// Forgets what is computed once per process: path, threshold, columns. A threshold above 0 is then
-// used instead of the settings'.
-void ResetLogForTesting(std::uint64_t threshold = 0);
-
 }  // namespace wexpol
 
-#endif  // WEXPOL_POLICYDB_DIAGNOSTIC_LOG_H_
+#endif  // WEXPOL_PLATFORM_DIAGNOSTIC_LOG_H_

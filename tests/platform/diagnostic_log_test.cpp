@@ -1,4 +1,4 @@
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/diagnostic_log.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,7 @@
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/named_mutex.h"
+#include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
 #include "wexpol_version.h"
 
@@ -84,7 +85,7 @@ TEST_F(DiagnosticLogTest, ALineIsDroppedWhenTheFileIsNotToBeHad) {
   mutex.Release();
   EXPECT_FALSE(wexpol::FileExists(path_));
 
-  CFilePaths::Redirect(environment_.PathOf(L"none"));
+  wexpol::RedirectFiles(environment_.PathOf(L"none"));
   wexpol::ResetLogForTesting();
   EXPECT_FALSE(LogMessage("no folder"));
 }

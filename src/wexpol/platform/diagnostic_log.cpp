@@ -1,6 +1,8 @@
-#include "wexpol/policydb/diagnostic_log.h"
+#include "wexpol/platform/diagnostic_log.h"
 
 #include <cstdarg>
+#include <cstdint>
+#include <cstdio>
 #include <mutex>
 #include <optional>
 
@@ -11,6 +13,7 @@
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/named_mutex.h"
 #include "wexpol/platform/system_types.h"
+#include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
 #include "wexpol_version.h"
 

@@ -5,7 +5,7 @@
 #include "wexpol/platform/device_info.h"
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/text.h"
-#include "wexpol/policydb/tools.h"
+#include "wexpol/policydb/connection.h"
 #include "wexpol/records/query.h"
 
 namespace wexpolctl {

@@ -1,7 +1,6 @@
 // wexpolctl init: makes the encrypted file with its empty tables.
 
-#include <filesystem>
-#include <system_error>
+#include <string>
 
 #include "tools/provision/provision.h"
 #include "tools/wexpolctl/commands.h"
@@ -20,13 +19,15 @@ ExitCode Init(Call& call) {
         kFinding, "There already is a database at " + shown + ".",
         "Look at it with 'wexpolctl status', or replace it, losing its rows, with --force."};
   }
-  std::error_code ignored;
-  std::filesystem::create_directories(ToPath(call.database).parent_path(), ignored);
+  std::string error;
+  if (!wexpol::PrepareFolders(call.database, L"", error)) {
+    throw Failure{kCannotOpen, shown + " cannot be made: " + error + ".",
+                  "Check the path and whether this user may write there."};
+  }
 
   // Made beside its place, so that a file that was there is lost only to a complete one.
   const std::wstring made = call.database + L".new";
   wexpol::RemoveFile(made);
-  std::string error;
   if (!wexpol::CreateDatabase(made, error)) {
     throw Failure{kCannotOpen, shown + " cannot be made: " + error + ".",
                   "Check the path and whether this user may write there."};

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "wexpol.h"
-#include "wexpol/policydb/tools.h"
+#include "wexpol/policydb/connection.h"
 
 namespace wexpolctl {
 namespace {

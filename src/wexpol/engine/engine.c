@@ -13,6 +13,10 @@
 #define SQLITE_OMIT_SHARED_CACHE
 #define SQLITE_USE_ALLOCA
 #define HAVE_USLEEP 1
+/* Files are their owner's alone; side files take after the database. */
+#define SQLITE_DEFAULT_FILE_PERMISSIONS 0600
+/* The log that stays when the last connection closes is cut to nothing; any limit asks for that. */
+#define SQLITE_DEFAULT_JOURNAL_SIZE_LIMIT 67108864
 
 /* AEGIS is the only cipher: it authenticates every page, and a changed page is refused. */
 #define CODEC_TYPE 7

@@ -5,9 +5,9 @@
 #include <string>
 #include <tuple>
 
-#include "wexpol/identity/wipe.h"
 #include "wexpol/platform/hex.h"
 #include "wexpol/platform/text.h"
+#include "wexpol/platform/wipe.h"
 
 namespace wexpol {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "wexpol/identity/password.h"
 #include "wexpol/identity/proxy_password.h"
-#include "wexpol/identity/wipe.h"
 #include "wexpol/platform/text.h"
+#include "wexpol/platform/wipe.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/table.h"
 

@@ -12,8 +12,9 @@
 #include <string>
 #include <string_view>
 
-#include "wexpol/identity/wipe.h"
+#include "wexpol/platform/crypto.h"
 #include "wexpol/platform/text.h"
+#include "wexpol/platform/wipe.h"
 
 namespace wexpol {
 namespace {
@@ -89,6 +90,7 @@ int Decrypt(Secrets& secrets, int cipher_size) {
 }  // namespace
 
 WideText DecryptProxyPassword(std::wstring_view cipher_text, std::wstring_view key) {
+  StartCrypto();
   const auto secrets = std::make_unique<Secrets>();
   MakeKey(key, secrets->key);
   const int cipher_size = DecodeBase64(WideToUtf8(cipher_text), secrets->cipher);

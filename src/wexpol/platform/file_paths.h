@@ -12,7 +12,7 @@ class WEXPOL_API CFilePaths {
  public:
   static std::wstring GetLocationDB();
   static std::wstring GetLocationBackupDB();
-  static std::wstring GetLocationLogFile();
+  static std::wstring GetLocationLogFile();  // in a folder beside it, which every user writes to
   // The log of the backup client's installer.
   static std::wstring GetOlbInstallLogFilePath();
 };

@@ -72,7 +72,7 @@ struct TimeZoneRecord {
 };
 // Chosen when the type is complete.
 template <class Declared>
-struct TimeZoneRecord<Declared, std::void_t<decltype(sizeof(Declared))>> {
+struct TimeZoneRecord<Declared, std::void_t<decltype(sizeof(Declared))> > {
   using Type = Declared;
 };
 

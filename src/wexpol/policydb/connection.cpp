@@ -5,17 +5,14 @@
 #include <utility>
 
 #include "wexpol/platform/text.h"
-#include "wexpol/policydb/database_key.h"
+#include "wexpol/policydb/encrypted_file.h"
 #include "wexpol/policydb/policy_db.h"
-#include "wexpol/policydb/tools.h"
 #include "wexpol/records/statement_cache.h"
 
 namespace wexpol {
 namespace {
 
 constexpr std::size_t kPathBytes = 260;  // In UTF-8, the terminator included.
-
-using Handle = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
 
 // False for a path that is null, empty (the engine would open a temporary database), too long or
 // no well-formed text.
@@ -31,24 +28,39 @@ int Connection::Open(const wchar_t* path, int flags, int busy_timeout_ms,
                      std::shared_ptr<Connection>& connection) {
   std::string utf8;
   if (!ToEnginePath(path, utf8)) return SQLITE_CANTOPEN;
-  sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(utf8.c_str(), &opened, flags, nullptr);
-  Handle handle(opened, sqlite3_close);
+  EngineHandle handle;
+  const int code = OpenEncrypted(utf8, flags, &handle);
   if (code != SQLITE_OK) return code;
-  ApplyDatabaseKey(opened);
-  if (busy_timeout_ms > 0) sqlite3_busy_timeout(opened, busy_timeout_ms);
-  EnableStatementCache(opened);
-  connection.reset(new Connection(handle.release()));
+  KeepSideFiles(handle.get());
+  return Adopt(std::move(handle), busy_timeout_ms, connection);
+}
+
+int Connection::Adopt(EngineHandle handle, int busy_timeout_ms,
+                      std::shared_ptr<Connection>& connection) {
+  if (busy_timeout_ms > 0) sqlite3_busy_timeout(handle.get(), busy_timeout_ms);
+  EnableStatementCache(handle.get());
+  connection.reset(new Connection(std::move(handle)));
   return SQLITE_OK;
+}
+
+int Connection::OpenUntouched(CPolicyDB& session, const std::wstring& path, int busy_timeout_ms) {
+  session.CloseDB();
+  EngineHandle handle;
+  const int code = wexpol::OpenUntouched(path, &handle);
+  return code == SQLITE_OK ? Adopt(std::move(handle), busy_timeout_ms, session.m_db) : code;
 }
 
 sqlite3* Connection::HandleOf(const CPolicyDB& session) { return session.handle(); }
 
 sqlite3* HandleOf(const CPolicyDB& session) { return Connection::HandleOf(session); }
 
+int OpenUntouched(CPolicyDB& session, const std::wstring& path, int busy_timeout_ms) {
+  return Connection::OpenUntouched(session, path, busy_timeout_ms);
+}
+
 void Connection::Close() {
-  DropStatementCache(handle_);
-  sqlite3_close(std::exchange(handle_, nullptr));
+  DropStatementCache(handle_.get());
+  handle_.reset();
 }
 
 }  // namespace wexpol

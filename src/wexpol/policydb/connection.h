@@ -6,6 +6,10 @@
 #include <sqlite3.h>
 
 #include <memory>
+#include <string>
+#include <utility>
+
+#include "wexpol/policydb/encrypted_file.h"
 
 class CPolicyDB;
 
@@ -22,17 +26,34 @@ class Connection {
 
   ~Connection() { Close(); }
   void Close();
-  sqlite3* handle() const { return handle_; }
+  sqlite3* handle() const { return handle_.get(); }
+
+  // See the functions of these names.
   static sqlite3* HandleOf(const CPolicyDB& session);
+  static int OpenUntouched(CPolicyDB& session, const std::wstring& path, int busy_timeout_ms);
 
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
  private:
-  explicit Connection(sqlite3* handle) : handle_(handle) {}
+  explicit Connection(EngineHandle handle) : handle_(std::move(handle)) {}
+  static int Adopt(EngineHandle handle, int busy_timeout_ms,
+                   std::shared_ptr<Connection>& connection);
 
-  sqlite3* handle_;
+  EngineHandle handle_;
 };
+
+// The rest is for what is linked with the library; nothing of it is exported.
+
+// The connection of a session, which stays the session's; null when it is closed.
+sqlite3* HandleOf(const CPolicyDB& session);
+
+// Opens a file in a session only to look at it, closing what the session had open: every write
+// fails, and when the session is closed the file is as it was, without a file beside it that was
+// not there. Answers the engine's code. A file on its own, without the engine's files beside it, is
+// taken as one that nobody writes to. Only the index of a log may be made anew, where a log lies
+// beside the file without one.
+[[nodiscard]] int OpenUntouched(CPolicyDB& session, const std::wstring& path, int busy_timeout_ms);
 
 }  // namespace wexpol
 

@@ -4,15 +4,27 @@
 
 #include <cstdint>
 
+#include "wexpol/platform/wipe.h"
+
 namespace wexpol {
 
-// The bytes are put together here, little-endian, so that they lie nowhere in the file of the
-// library as one text.
-void ApplyDatabaseKey(sqlite3* db) {
-  static volatile const std::uint32_t kParts[] = {0x6B9D21E4, 0x35C8F07A};
-  unsigned char key[8];
-  for (int i = 0; i < 8; ++i) key[i] = static_cast<unsigned char>(kParts[i / 4] >> (i % 4 * 8));
-  sqlite3_key(db, key, sizeof key);
+// The two halves, little-endian. Neither they nor the whole lie in the built file: what lies there
+// is masked, and volatile keeps the compiler from unmasking it.
+std::array<unsigned char, 8> DatabaseKey() {
+  static volatile const std::uint32_t kMasked[] = {0xCC8E7D3D, 0x2B4C4215};
+  static volatile const std::uint32_t kMasks[] = {0xA7135CD9, 0x1E84B26F};
+  std::array<unsigned char, 8> key;
+  for (std::size_t i = 0; i < key.size(); ++i) {
+    const std::size_t half = i / 4;
+    key[i] = static_cast<unsigned char>((kMasked[half] ^ kMasks[half]) >> (i % 4 * 8));
+  }
+  return key;
+}
+
+int ApplyDatabaseKey(sqlite3* db) {
+  std::array<unsigned char, 8> key = DatabaseKey();
+  const WipeAtEnd wipe(key);
+  return sqlite3_key(db, key.data(), static_cast<int>(key.size()));
 }
 
 }  // namespace wexpol

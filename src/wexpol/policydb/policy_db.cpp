@@ -9,22 +9,13 @@
 #include "wexpol/platform/files.h"
 #include "wexpol/policydb/connection.h"
 #include "wexpol/policydb/facade.h"
+#include "wexpol/policydb/restore.h"
 #include "wexpol/records/statement.h"
 
 namespace {
 
 constexpr char kAccessCode[] = "60718";
 constexpr wchar_t kFileName[] = L"wexpol.db";
-
-// Puts the backup in the place of the database. What the engine left beside the replaced file
-// belongs to its old content.
-bool CopyBackup(const std::wstring& backup, const std::wstring& database) {
-  if (!wexpol::CopyFileOver(backup, database)) return false;
-  for (const wchar_t* suffix : {L"-journal", L"-wal", L"-shm"}) {
-    wexpol::RemoveFile(database + suffix);
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -58,7 +49,7 @@ int CPolicyDB::TryInTurn() {
   if (code == SQLITE_OK) return code;
 
   const std::wstring backup = CFilePaths::GetLocationBackupDB();
-  if (DoesFileExist(backup.c_str()) && CopyBackup(backup, database)) {
+  if (DoesFileExist(backup.c_str()) && wexpol::RestoreFile(backup, database, m_busyTimeoutMs)) {
     code = OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs);
   }
   return code;
@@ -84,7 +75,10 @@ bool CPolicyDB::RestoreDB() {
   return wexpol::Ask([&] {
     const std::wstring database = CFilePaths::GetLocationDB();
     const std::wstring backup = CFilePaths::GetLocationBackupDB();
-    if (DoesFileExist(backup.c_str())) CopyBackup(backup, database);
+    // What became of it shows in the file: the answer only tells whether that can be opened.
+    if (DoesFileExist(backup.c_str())) {
+      static_cast<void>(wexpol::RestoreFile(backup, database, m_busyTimeoutMs));
+    }
     return OpenDB(database.c_str(), m_openFlags, m_busyTimeoutMs) == SQLITE_OK;
   });
 }

@@ -1,5 +1,6 @@
 #include "wexpol/platform/files.h"
 
+#include <fcntl.h>
 #include <fnmatch.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -49,9 +50,20 @@ std::optional<std::uint64_t> FileSize(const std::wstring& path) {
 }
 
 bool CopyFileOver(const std::wstring& from, const std::wstring& to) {
+  struct stat before;
+  const std::string target = WideToUtf8(to);
+  const bool existed = ::stat(target.c_str(), &before) == 0;
   std::error_code error;
-  return std::filesystem::copy_file(WideToUtf8(from), WideToUtf8(to),
-                                    std::filesystem::copy_options::overwrite_existing, error);
+  const bool copied = std::filesystem::copy_file(
+      WideToUtf8(from), target, std::filesystem::copy_options::overwrite_existing, error);
+  // The copy has taken the mode of its source.
+  return copied && (!existed || ::chmod(target.c_str(), before.st_mode & 07777) == 0);
+}
+
+bool ReplaceFile(const std::wstring& from, const std::wstring& to) {
+  const std::string name = WideToUtf8(from);
+  const FileDescriptor fd(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
+  return fd && ::fsync(fd.get()) == 0 && ::rename(name.c_str(), WideToUtf8(to).c_str()) == 0;
 }
 
 bool RenameFile(const std::wstring& from, const std::wstring& to) {
@@ -61,10 +73,24 @@ bool RenameFile(const std::wstring& from, const std::wstring& to) {
 bool RemoveFile(const std::wstring& path) { return ::unlink(WideToUtf8(path).c_str()) == 0; }
 
 File OpenForAppend(const std::wstring& path) {
-  return File(std::fopen(WideToUtf8(path).c_str(), "ae"));
+  const std::string name = WideToUtf8(path);
+  // O_NONBLOCK: a pipe of that name must not hold the process up.
+  constexpr int kFlags = O_WRONLY | O_APPEND | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  int fd = ::open(name.c_str(), kFlags);
+  if (fd < 0 && (fd = ::open(name.c_str(), kFlags | O_CREAT | O_EXCL, 0666)) >= 0) {
+    ::fchmod(fd, 0666);  // whatever the process's mask
+  }
+  struct stat status = {};
+  if (fd >= 0 && ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1) {
+    if (std::FILE* file = ::fdopen(fd, "a")) return File(file);
+  }
+  if (fd >= 0) ::close(fd);
+  return nullptr;
 }
 
 std::wstring DataFolder() { return Utf8ToWide(kDataFolder); }
+
+std::wstring LogFolder() { return Utf8ToWide(kLogFolder); }
 
 std::wstring ExecutablePath() {
   std::error_code error;

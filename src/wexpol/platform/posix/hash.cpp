@@ -2,12 +2,15 @@
 
 #include <openssl/evp.h>
 
+#include "wexpol/platform/crypto.h"
+
 namespace wexpol {
 namespace {
 
 template <std::size_t kSize>
 bool Hash(const EVP_MD* algorithm, const void* data, std::size_t size,
           std::array<std::uint8_t, kSize>* digest) {
+  StartCrypto();
   return ::EVP_Digest(data, size, digest->data(), nullptr, algorithm, nullptr) == 1;
 }
 

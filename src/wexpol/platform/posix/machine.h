@@ -3,6 +3,7 @@
 #ifndef WEXPOL_PLATFORM_POSIX_MACHINE_H_
 #define WEXPOL_PLATFORM_POSIX_MACHINE_H_
 
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <string>
@@ -12,6 +13,11 @@ namespace wexpol {
 
 // Where the agent keeps its data on the host.
 constexpr char kDataFolder[] = "/var/lib/Corvane Agent";
+constexpr char kLogFolder[] = "/var/log/Corvane Agent";
+
+// The mode of a folder made in `folder`, and, without the bits to enter, of a file: the owner's
+// alone, and its group's to read where the folder lets a group in.
+mode_t ModeInside(const std::string& folder);
 
 class FileDescriptor {
  public:

@@ -88,13 +88,27 @@ bool ReadStored(const std::string& file, RegistryType* type, void* data, std::si
   return true;
 }
 
+mode_t ModeOfFile(const std::string& file) {
+  return ModeInside(file.substr(0, file.rfind('/'))) & 0666;
+}
+
+// kOk for one that is there, which keeps its rights; kNotFound for one that was made now.
+RegistryStatus MakeFolder(const std::string& folder) {
+  if (::mkdir(folder.c_str(), 0700) != 0) {
+    return errno == EEXIST ? RegistryStatus::kOk : RegistryStatus::kFailed;
+  }
+  const mode_t mode = ModeInside(folder.substr(0, folder.rfind('/')));
+  return ::chmod(folder.c_str(), mode) == 0 ? RegistryStatus::kNotFound : RegistryStatus::kFailed;
+}
+
 bool WriteStored(const std::string& file, RegistryType type, const void* data, std::size_t size) {
   std::string fresh = file + ".XXXXXX";
   const FileDescriptor fd(::mkstemp(fresh.data()));
   if (!fd) return false;
   const iovec parts[] = {{&type, sizeof type}, {const_cast<void*>(data), size}};
   const bool written = ::writev(fd.get(), parts, 2) == static_cast<ssize_t>(sizeof type + size) &&
-                       ::fchmod(fd.get(), 0644) == 0 && ::rename(fresh.c_str(), file.c_str()) == 0;
+                       ::fchmod(fd.get(), ModeOfFile(file)) == 0 &&
+                       ::rename(fresh.c_str(), file.c_str()) == 0;
   if (!written) ::unlink(fresh.c_str());
   return written;
 }
@@ -135,18 +149,21 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
 RegistryStatus CRegistryVeyra::Create(const std::wstring& path, RegistryAccess access,
                                       RegistryView view) {
   Close();
-  std::error_code error;
   std::string folder = wexpol::ViewFolder(view);
-  std::filesystem::create_directories(folder, error);
-  if (error) return RegistryStatus::kFailed;
+  const std::size_t view_at = folder.rfind('/'), root_at = folder.rfind('/', view_at - 1);
+  for (const std::size_t end : {root_at, view_at, folder.size()}) {
+    if (wexpol::MakeFolder(folder.substr(0, end)) == RegistryStatus::kFailed) {
+      return RegistryStatus::kFailed;
+    }
+  }
   std::size_t at = 0;
   for (std::wstring_view name; !(name = wexpol::NextName(path, &at)).empty();) {
     wexpol::AppendEncoded(name, &(folder += '/'));
-    if (::mkdir(folder.c_str(), 0755) == 0) {
+    const RegistryStatus made = wexpol::MakeFolder(folder);
+    if (made == RegistryStatus::kFailed) return made;
+    if (made == RegistryStatus::kNotFound) {
       wexpol::WriteStored(folder + wexpol::kKeyNameFile, RegistryType::kString, name.data(),
                           name.size() * sizeof(wchar_t));
-    } else if (errno != EEXIST) {
-      return RegistryStatus::kFailed;
     }
   }
   return Open(path, access, view);

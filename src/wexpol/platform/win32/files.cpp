@@ -6,9 +6,21 @@
 
 #include <iterator>
 
-#include "wexpol/platform/scoped_handle.h"
+#include "wexpol/platform/win32/handle.h"
 
 namespace wexpol {
+namespace {
+
+std::wstring InCommonData(const wchar_t* name) {
+  wchar_t path[MAX_PATH];
+  if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) !=
+      S_OK) {
+    return {};
+  }
+  return JoinPath(path, name);
+}
+
+}  // namespace
 
 bool FileExists(const std::wstring& path) {
   WIN32_FIND_DATAW found;
@@ -28,6 +40,16 @@ bool CopyFileOver(const std::wstring& from, const std::wstring& to) {
   return ::CopyFileW(from.c_str(), to.c_str(), FALSE) != 0;
 }
 
+bool ReplaceFile(const std::wstring& from, const std::wstring& to) {
+  {
+    const ScopedHandle file = Own(::CreateFileW(from.c_str(), GENERIC_WRITE, 0, nullptr,
+                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file || !::FlushFileBuffers(file.get())) return false;
+  }
+  return ::MoveFileExW(from.c_str(), to.c_str(),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
 bool RenameFile(const std::wstring& from, const std::wstring& to) {
   return ::MoveFileW(from.c_str(), to.c_str()) != 0;
 }
@@ -40,14 +62,9 @@ File OpenForAppend(const std::wstring& path) {
   return File(::_wfopen_s(&file, path.c_str(), L"atN") == 0 ? file : nullptr);
 }
 
-std::wstring DataFolder() {
-  wchar_t path[MAX_PATH];
-  if (::SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path) !=
-      S_OK) {
-    return {};
-  }
-  return JoinPath(path, L"Corvane Agent");
-}
+std::wstring DataFolder() { return InCommonData(L"Corvane Agent"); }
+
+std::wstring LogFolder() { return InCommonData(L"Corvane Agent Log"); }
 
 std::wstring ExecutablePath() {
   wchar_t path[kMaxPath];

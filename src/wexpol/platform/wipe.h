@@ -1,7 +1,7 @@
 // Secrets leave no copy in memory.
 
-#ifndef WEXPOL_IDENTITY_WIPE_H_
-#define WEXPOL_IDENTITY_WIPE_H_
+#ifndef WEXPOL_PLATFORM_WIPE_H_
+#define WEXPOL_PLATFORM_WIPE_H_
 
 #include <openssl/crypto.h>
 
@@ -23,4 +23,4 @@ class WipeAtEnd {
 
 }  // namespace wexpol
 
-#endif  // WEXPOL_IDENTITY_WIPE_H_
+#endif  // WEXPOL_PLATFORM_WIPE_H_

@@ -1,0 +1,44 @@
+#include "wexpol/policydb/encrypted_file.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/text.h"
+#include "wexpol/policydb/database_key.h"
+
+namespace wexpol {
+
+int OpenEncrypted(const std::string& utf8_path, int flags, EngineHandle* opened) {
+  sqlite3* db = nullptr;
+  const int code = sqlite3_open_v2(utf8_path.c_str(), &db, flags, nullptr);
+  EngineHandle handle(db);
+  if (code != SQLITE_OK) return code;
+  const int key_code = ApplyDatabaseKey(db);
+  if (key_code == SQLITE_OK) *opened = std::move(handle);
+  return key_code;
+}
+
+int OpenUntouched(const std::wstring& path, EngineHandle* opened) {
+  const bool alone = std::none_of(std::begin(kSideFiles), std::end(kSideFiles),
+                                  [&](const wchar_t* end) { return FileExists(path + end); });
+  if (alone) {
+    // As immutable it is neither locked nor given a log.
+    return OpenEncrypted(FileUri(path) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI,
+                         opened);
+  }
+  const int code = OpenEncrypted(WideToUtf8(path), SQLITE_OPEN_READONLY, opened);
+  // Whoever closes last would else empty the log and take the files away.
+  if (code == SQLITE_OK) {
+    sqlite3_db_config(opened->get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  }
+  return code;
+}
+
+void KeepSideFiles(sqlite3* db) {
+  int on = 1;
+  sqlite3_file_control(db, "main", SQLITE_FCNTL_PERSIST_WAL, &on);
+}
+
+}  // namespace wexpol

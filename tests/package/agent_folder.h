@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <wexpol.h>
+#include <wexpol/platform/testing.h>
 
 #include <cstdlib>
 #include <filesystem>

@@ -33,7 +33,7 @@ std::optional<std::uint64_t> FileSize(const std::wstring& path);
 // leave `to` cut.
 bool CopyFileOver(const std::wstring& from, const std::wstring& to);
 // Puts a file in the place of another, or of none, in one step. What it holds is on the disk first.
-[[nodiscard]] bool ReplaceFile(const std::wstring& from, const std::wstring& to);
+[[nodiscard]] bool MoveFileOver(const std::wstring& from, const std::wstring& to);
 // False when `to` exists.
 bool RenameFile(const std::wstring& from, const std::wstring& to);
 bool RemoveFile(const std::wstring& path);

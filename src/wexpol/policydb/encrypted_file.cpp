@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "wexpol/platform/files.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/database_key.h"
+#include "wexpol/records/statement.h"
 
 namespace wexpol {
 
@@ -34,6 +36,12 @@ int OpenUntouched(const std::wstring& path, EngineHandle* opened) {
     sqlite3_db_config(opened->get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   }
   return code;
+}
+
+bool IsSound(sqlite3* db) {
+  Statement check(db, "PRAGMA integrity_check;");
+  return check.StepRow() && sqlite3_column_type(check.get(), 0) == SQLITE_TEXT &&
+         check.Text(0) == std::string_view("ok");
 }
 
 void KeepSideFiles(sqlite3* db) {

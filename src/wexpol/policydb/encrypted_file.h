@@ -24,6 +24,9 @@ using EngineHandle = std::unique_ptr<sqlite3, EngineCloser>;
 // processes may go on writing.
 [[nodiscard]] int OpenUntouched(const std::wstring& path, EngineHandle* opened);
 
+// Whether the whole file can be decrypted and is well formed; reads all of it.
+[[nodiscard]] bool IsSound(sqlite3* db);
+
 // The write-ahead log and its index stay beside the file, the log empty, when the last connection
 // closes: a process that may only read the folder can then open the file.
 void KeepSideFiles(sqlite3* db);

@@ -8,6 +8,7 @@
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/files.h"
 #include "wexpol/policydb/connection.h"
+#include "wexpol/policydb/encrypted_file.h"
 #include "wexpol/policydb/facade.h"
 #include "wexpol/policydb/restore.h"
 #include "wexpol/records/statement.h"
@@ -84,9 +85,7 @@ bool CPolicyDB::RestoreDB() {
 }
 
 bool CPolicyDB::CheckIntegrity() {
-  wexpol::Statement check(handle(), "PRAGMA integrity_check;");
-  if (!check.StepRow() || sqlite3_column_type(check.get(), 0) != SQLITE_TEXT) return false;
-  return std::strcmp(check.Text(0), "ok") == 0;
+  return wexpol::Ask([&] { return wexpol::IsSound(handle()); });
 }
 
 bool CPolicyDB::Transaction(TRANSACTION step) {

@@ -20,12 +20,15 @@ int OpenBackup(const std::wstring& path, EngineHandle* backup) {
   return code == SQLITE_OK ? FirstRead(backup->get()) : code;
 }
 
-bool CopyPages(sqlite3* from, sqlite3* to) {
+// SQLITE_OK, or why the pages are not copied; then the file keeps its own.
+int CopyPages(sqlite3* from, sqlite3* to) {
   sqlite3_backup* copy = sqlite3_backup_init(to, "main", from, "main");
-  if (!copy) return false;
-  const int code = sqlite3_backup_step(copy, -1);
-  return sqlite3_backup_finish(copy) == SQLITE_OK && code == SQLITE_DONE;
+  if (!copy) return sqlite3_errcode(to);
+  sqlite3_backup_step(copy, -1);
+  return sqlite3_backup_finish(copy);
 }
+
+bool IsDamage(int code) { return code == SQLITE_NOTADB || code == SQLITE_CORRUPT; }
 
 // Side files under another name; back again, unless they are given up.
 class SideFilesAside {
@@ -34,7 +37,7 @@ class SideFilesAside {
     for (const wchar_t* end : kSideFiles) {
       RemoveFile(Aside(end));  // of a restore that was killed
       if (!FileExists(database_ + end)) continue;
-      if (!ReplaceFile(database_ + end, Aside(end))) {
+      if (!MoveFileOver(database_ + end, Aside(end))) {
         all_ = false;
         break;
       }
@@ -70,7 +73,7 @@ bool ReplaceByCopy(const std::wstring& backup, const std::wstring& database) {
               (!FileExists(database) || TakeRights(database, copy));
   if (done) {
     SideFilesAside side_files(database);
-    done = side_files.all() && ReplaceFile(copy, database);
+    done = side_files.all() && MoveFileOver(copy, database);
     if (done) side_files.GiveUp();
   }
   if (!done) RemoveFile(copy);
@@ -89,11 +92,15 @@ bool RestoreFile(const std::wstring& backup, const std::wstring& database, int b
   }
   if (code == SQLITE_OK) {
     EngineHandle from;
-    return OpenBackup(backup, &from) == SQLITE_OK && CopyPages(from.get(), to.get());
+    if (OpenBackup(backup, &from) != SQLITE_OK) return false;
+    code = CopyPages(from.get(), to.get());
+    if (code == SQLITE_OK) return true;
+    // Pages of either file may be what cannot be read.
+    if (!IsDamage(code) || !IsSound(from.get())) return false;
   }
   to.reset();
   // Whatever else went wrong may pass, and the file may be sound.
-  const bool lost = code == SQLITE_NOTADB || code == SQLITE_CORRUPT || !FileExists(database);
+  const bool lost = IsDamage(code) || !FileExists(database);
   return lost && ReplaceByCopy(backup, database);
 }
 

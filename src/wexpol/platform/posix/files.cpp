@@ -60,7 +60,7 @@ bool CopyFileOver(const std::wstring& from, const std::wstring& to) {
   return copied && (!existed || ::chmod(target.c_str(), before.st_mode & 07777) == 0);
 }
 
-bool ReplaceFile(const std::wstring& from, const std::wstring& to) {
+bool MoveFileOver(const std::wstring& from, const std::wstring& to) {
   const std::string name = WideToUtf8(from);
   const FileDescriptor fd(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
   return fd && ::fsync(fd.get()) == 0 && ::rename(name.c_str(), WideToUtf8(to).c_str()) == 0;

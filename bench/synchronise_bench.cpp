@@ -1,6 +1,7 @@
 // Documents into rows and rows into lists, beside the naive way and the limit:
 //  - naive: the document's tree, each record parsed into its class, its insert prepared anew;
 //  - limit: one prepared insert, the values already in memory;
+//  - json_each: the engine's own functions over the document;
 //  - step and read: a list's select stepped through, each column read.
 
 #include <cstdint>
@@ -12,6 +13,7 @@
 #include "tools/provision/schema.h"
 #include "wexpol/platform/text.h"
 #include "wexpol/records/document.h"
+#include "wexpol/records/document_table.h"
 #include "wexpol/records/lists.h"
 #include "wexpol/records/statement_cache.h"
 #include "wexpol/records/synchronise.h"
@@ -47,14 +49,31 @@ std::string Accounts(int count) {
   return json + "]";
 }
 
+std::string Categories(int count) {
+  std::string json = "[";
+  for (int i = 1; i <= count; ++i) {
+    if (i > 1) json += ",";
+    const std::string number = std::to_string(i);
+    json += "{\"id\": " + number + ", \"name\": \"category " + number +
+            "\", \"description\": \"what belongs to the category " + number +
+            "\", \"notification\": null, \"category_type_id\": " + std::to_string(i % 9);
+    for (const char* flag :
+         {"client_should_cache", "is_search_engine", "is_pornography", "is_advertisement",
+          "is_icat", "is_google_malware", "is_google_phishing", "is_se_keyword"}) {
+      json += std::string(", \"") + flag + "\": " + (i % 3 ? "false" : "true");
+    }
+    json += ", \"row_version\": " + std::to_string(1000000 + i) + "}";
+  }
+  return json + "]";
+}
+
 // Records parsed beforehand, and the one insert they go through.
 template <typename Record>
 class Limit {
  public:
   Limit(sqlite3* db, const std::string& json) : db_(db) {
     wexpol::Document document;
-    static_cast<void>(document.Parse(json.c_str()));
-    std::size_t widest = 0;
+    if (!document.Parse(json.c_str())) std::abort();
     for (const auto& value : document.root().GetArray()) {
       Row row;
       for (const auto& column : Record::Table().columns()) {
@@ -69,7 +88,6 @@ class Limit {
                          false});
         }
       }
-      widest = std::max(widest, row.size());
       rows_.push_back(std::move(row));
     }
   }
@@ -128,6 +146,24 @@ __attribute__((noinline)) void Ours(sqlite3* db, const std::string& json) {
   if (!wexpol::AddDocument(db, wexpol::kRecordClass<Record>, json.c_str(), error)) std::abort();
 }
 
+// The engine's own way from a document to rows.
+template <typename Record>
+void JsonEach(sqlite3* db, const std::string& json) {
+  std::string columns;
+  std::string members;
+  for (const auto& column : Record::Table().columns()) {
+    columns.append(columns.empty() ? "" : ",").append(column.name);
+    members.append(members.empty() ? "value->>'$." : ",value->>'$.").append(column.name) += "'";
+  }
+  const std::string sql = std::string("INSERT INTO ") + Record::Table().name() + "(" + columns +
+                          ") SELECT " + members + " FROM json_each(?)";
+  sqlite3_stmt* insert = nullptr;
+  sqlite3_prepare_v2(db, sql.c_str(), -1, &insert, nullptr);
+  sqlite3_bind_text(insert, 1, json.data(), static_cast<int>(json.size()), SQLITE_STATIC);
+  if (sqlite3_step(insert) != SQLITE_DONE) std::abort();
+  sqlite3_finalize(insert);
+}
+
 void Exec(sqlite3* db, const char* sql) {
   if (sqlite3_exec(db, sql, nullptr, nullptr, nullptr) != SQLITE_OK) std::abort();
 }
@@ -140,6 +176,7 @@ void SynchroniseEmpty(benchmark::State& state, std::string (*make)(int)) {
   sqlite3* plain = database.handle();
   sqlite3* cached = wexpol::OpenKeyed(database.path(), SQLITE_OPEN_READWRITE);
   wexpol::EnableStatementCache(cached);
+  wexpol::EnableDocumentTable(cached);
   Limit<Record> limit(plain, json);
   const auto restart = [&] {
     for (sqlite3* db : {plain, cached}) {
@@ -150,6 +187,7 @@ void SynchroniseEmpty(benchmark::State& state, std::string (*make)(int)) {
   bench::Compare(state,
                  {{"ours", [&] { Ours<Record>(cached, json); }, begin(cached)},
                   {"naive", [&] { Naive<Record>(plain, json); }, begin(plain)},
+                  {"json_each", [&] { JsonEach<Record>(plain, json); }, begin(plain)},
                   {"limit", [&] { limit.Run(); }, begin(plain)}},
                  1, static_cast<int>(state.range(1)));
   restart();
@@ -159,6 +197,9 @@ void SynchroniseEmpty(benchmark::State& state, std::string (*make)(int)) {
 
 void SynchroniseAccounts(benchmark::State& state) {
   SynchroniseEmpty<CPlainAccount>(state, Accounts);
+}
+void SynchroniseCategories(benchmark::State& state) {
+  SynchroniseEmpty<CCategory>(state, Categories);
 }
 void SynchroniseDevices(benchmark::State& state) { SynchroniseEmpty<CDevice>(state, Devices); }
 
@@ -216,7 +257,7 @@ void List(benchmark::State& state, std::string (*make)(int)) {
     list.clear();
   };
   const auto ours = [&] {
-    static_cast<void>(wexpol::ListRecords(database.handle(), list, nullptr, 0, error));
+    if (!wexpol::ListRecords(database.handle(), list, nullptr, 0, error)) std::abort();
   };
   bench::Compare(state,
                  {{"step_and_read", [&] { StepAndRead(database.handle(), Record::Table()); }, {}},
@@ -254,9 +295,11 @@ void OpenSession(benchmark::State& state) {
 }
 
 BENCHMARK(SynchroniseAccounts)->Args({100000, 31})->Iterations(1);
+BENCHMARK(SynchroniseCategories)->Args({100000, 31})->Iterations(1);
 BENCHMARK(SynchroniseDevices)->Args({100000, 31})->Iterations(1);
 // One round of few records, for counting instructions; see scripts/figures.
 BENCHMARK(SynchroniseAccounts)->Args({2000, 1})->Iterations(1);
+BENCHMARK(SynchroniseCategories)->Args({2000, 1})->Iterations(1);
 BENCHMARK(SynchroniseDevices)->Args({2000, 1})->Iterations(1);
 BENCHMARK(ReplaceDevices)->Args({100000, 11})->Iterations(1);
 BENCHMARK(ListAccounts)->Args({20000, 31})->Iterations(1);

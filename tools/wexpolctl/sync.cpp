@@ -27,7 +27,6 @@ class Arrivals {
     count_ = 0;
     progress_.Begin(table);
   }
-  std::int64_t count() const { return count_; }
 
  private:
   static void OnChange(void* self, int change, const char*, const char* table, sqlite3_int64) {
@@ -102,7 +101,7 @@ class Synchronisation {
     const bool stored = document.text.find('\0') == std::string::npos &&
                         document.table->replace(database_.session(), document.text.c_str(), error);
     if (!stored) {
-      NoteRefusal(document, arrivals.count(), error);
+      NoteRefusal(document, CountRows(db, name).value_or(0), error);
       static_cast<void>(wexpol::Execute(db, "ROLLBACK TO document"));
     }
     static_cast<void>(wexpol::Execute(db, "RELEASE document"));

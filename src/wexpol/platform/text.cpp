@@ -129,6 +129,22 @@ bool IsUtf8(std::string_view text) {
   }
 }
 
+// The high bit of (byte - 1) | byte is set for 0, whose borrow may spread, and from 128 on.
+bool IsPlainAscii(std::string_view text) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101u;
+  std::uint64_t seen = 0;
+  std::size_t at = 0;
+  for (std::uint64_t eight; at + sizeof eight <= text.size(); at += sizeof eight) {
+    std::memcpy(&eight, text.data() + at, sizeof eight);
+    seen |= (eight - kOnes) | eight;
+  }
+  for (; at < text.size(); ++at) {
+    const std::uint64_t byte = static_cast<std::uint8_t>(text[at]);
+    seen |= (byte - 1) | byte;
+  }
+  return !(seen & (kOnes << 7));
+}
+
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),

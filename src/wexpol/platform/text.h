@@ -19,6 +19,9 @@ std::wstring SystemCodePageToWide(std::string_view text);
 // Whether every byte belongs to a well-formed character.
 bool IsUtf8(std::string_view text);
 
+// Whether there is nothing but ASCII, and no zero character.
+bool IsPlainAscii(std::string_view text);
+
 // `text` with each byte that is not well formed replaced.
 std::string RepairUtf8(std::string_view text);
 

@@ -7,6 +7,7 @@
 #include "wexpol/platform/text.h"
 #include "wexpol/policydb/encrypted_file.h"
 #include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/document_table.h"
 #include "wexpol/records/statement_cache.h"
 
 namespace wexpol {
@@ -39,6 +40,7 @@ int Connection::Adopt(EngineHandle handle, int busy_timeout_ms,
                       std::shared_ptr<Connection>& connection) {
   if (busy_timeout_ms > 0) sqlite3_busy_timeout(handle.get(), busy_timeout_ms);
   EnableStatementCache(handle.get());
+  EnableDocumentTable(handle.get());
   connection.reset(new Connection(std::move(handle)));
   return SQLITE_OK;
 }

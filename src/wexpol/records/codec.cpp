@@ -142,8 +142,10 @@ struct WideTextCoding {
   }
   static bool BindParsed(const rapidjson::Value& value, Target& target) {
     if (!value.IsString()) return false;
-    const std::string_view text = JsonText(value);
-    if (IsUtf8(text)) {
+    const std::string_view all(value.GetString(), value.GetStringLength());
+    const bool plain = IsPlainAscii(all);
+    const std::string_view text = plain ? all : JsonText(value);
+    if (plain || IsUtf8(text)) {
       target.Text(text);
     } else {
       target.CopyOf(RepairUtf8(text));

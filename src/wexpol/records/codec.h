@@ -21,12 +21,12 @@ namespace wexpol {
 struct Codec {
   // Takes a JSON value of the right type; else answers false, the field kept.
   bool (*parse)(const rapidjson::Value& value, void* field);
-  // Binds what parse would have taken, texts straight from the document; false as parse.
+  // Gives what parse would have taken, texts straight from the document; false as parse.
   bool (*bind_parsed)(const rapidjson::Value& value, Target& target);
   // Whether the field holds its null marker: left out of updates and of generated JSON.
   bool (*is_null)(const void* field);
   void (*write)(const void* field, std::string& out);
-  // Binds the field, NULL for the null marker.
+  // Gives the field, NULL for the null marker.
   void (*bind)(const void* field, Target& target);
   // Takes a column of the current row; NULL leaves the field.
   void (*copy)(sqlite3_stmt* row, int column, void* field);

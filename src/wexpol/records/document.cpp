@@ -6,14 +6,13 @@
 namespace wexpol {
 namespace {
 
-// The recursive reader is a quarter faster, the iterative one cannot exhaust the stack. Documents
-// are nested three or four levels deep; beyond this depth they are read again iteratively.
-constexpr int kRecursiveDepth = 64;
-
-// Builds the tree while the nesting is shallow; its refusal ends the reading.
+// Builds the tree while the nesting is shallow; its refusal ends the reading. The recursive reader
+// is a quarter faster, the iterative one cannot exhaust the stack. Documents are nested three or
+// four levels deep.
+template <typename Tree>
 class ShallowTree {
  public:
-  explicit ShallowTree(rapidjson::Document& tree) : tree_(tree) {}
+  explicit ShallowTree(Tree& tree) : tree_(tree) {}
 
   bool Null() { return tree_.Null(); }
   bool Bool(bool value) { return tree_.Bool(value); }
@@ -37,17 +36,17 @@ class ShallowTree {
   bool EndArray(rapidjson::SizeType count) { return --depth_, tree_.EndArray(count); }
 
  private:
-  rapidjson::Document& tree_;
+  Tree& tree_;
   int depth_ = 0;
 };
 
 // Strings are decoded where they lie in `text`, which the tree then points into.
-template <unsigned kFlags, typename Handler>
-rapidjson::ParseErrorCode Read(char* text, rapidjson::Document& tree) {
+template <unsigned kFlags, typename Handler, typename Tree>
+rapidjson::ParseErrorCode Read(char* text, Tree& tree) {
   rapidjson::ParseErrorCode code = rapidjson::kParseErrorNone;
-  auto read = [&](rapidjson::Document& target) {
+  auto read = [&](Tree& target) {
     rapidjson::InsituStringStream stream(text);
-    rapidjson::Reader reader;
+    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, ThrowingAllocator> reader;
     Handler handler(target);
     code = reader.Parse<rapidjson::kParseInsituFlag | kFlags>(stream, handler).Code();
     return code == rapidjson::kParseErrorNone;
@@ -72,10 +71,11 @@ std::unique_ptr<char[]> ReadableCopy(const char* text) {
 bool Document::Parse(const char* text) {
   if (!text) return false;
   text_ = ReadableCopy(text);
-  auto code = Read<rapidjson::kParseNoFlags, ShallowTree>(text_.get(), tree_);
+  using Tree = decltype(tree_);
+  auto code = Read<rapidjson::kParseNoFlags, ShallowTree<Tree>>(text_.get(), tree_);
   if (code == rapidjson::kParseErrorTermination) {
     text_ = ReadableCopy(text);
-    code = Read<rapidjson::kParseIterativeFlag, rapidjson::Document&>(text_.get(), tree_);
+    code = Read<rapidjson::kParseIterativeFlag, Tree&>(text_.get(), tree_);
   }
   return code == rapidjson::kParseErrorNone;
 }
@@ -97,3 +97,16 @@ bool FindRecords(const Table& table, const rapidjson::Value& root, Records& reco
 }
 
 }  // namespace wexpol
+
+template <>
+bool rapidjson::MemoryPoolAllocator<>::AddChunk(std::size_t capacity) {
+  if (!baseAllocator_) ownBaseAllocator_ = baseAllocator_ = new CrtAllocator;
+  void* memory = baseAllocator_->Malloc(RAPIDJSON_ALIGN(sizeof(ChunkHeader)) + capacity);
+  if (!memory) throw std::bad_alloc();
+  auto* chunk = static_cast<ChunkHeader*>(memory);
+  chunk->capacity = capacity;
+  chunk->size = 0;
+  chunk->next = chunkHead_;
+  chunkHead_ = chunk;
+  return true;
+}

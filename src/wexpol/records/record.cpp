@@ -28,12 +28,6 @@ void BindField(const ColumnDef& column, const void* row, Statement& statement, i
   column.codec->bind(FieldIn(column, row), target);
 }
 
-bool BindMember(const ColumnDef& column, const rapidjson::Value& member, Statement& statement,
-                int index) {
-  Target target(statement, index);
-  return column.codec->bind_parsed(member, target);
-}
-
 // The member of each column, null where there is none. Members mostly come in column order, so
 // each is looked for behind the one before. Of members of the same name the first counts.
 void FindMembers(const Columns& columns, const rapidjson::Value& object, FoundMembers& found) {
@@ -52,12 +46,11 @@ void FindMembers(const Columns& columns, const rapidjson::Value& object, FoundMe
   }
 }
 
-// What to do with a column whose member could not be taken.
+}  // namespace
+
 bool MayLack(const ColumnDef& column, const rapidjson::Value* member, unsigned required) {
   return !(column.flags & required) && !(member && (column.flags & kWellFormed));
 }
-
-}  // namespace
 
 bool ParseColumns(const Columns& columns, void* row, const rapidjson::Value& value,
                   unsigned required) {
@@ -74,25 +67,6 @@ bool ParseColumns(const Columns& columns, void* row, const rapidjson::Value& val
     ++member;
   }
   return true;
-}
-
-bool BindParsedRow(const Table& table, const void* defaults, const rapidjson::Value& value,
-                   Statement& insert) {
-  if (!value.IsObject()) return false;
-  FoundMembers found;
-  FindMembers(table.columns(), value, found);
-  auto member = found.begin();
-  int index = 0;
-  for (const ColumnDef& column : table.columns()) {
-    const bool inserted = !(column.flags & kAssignedByDb);
-    if (inserted) ++index;
-    if (!(inserted && *member && BindMember(column, **member, insert, index))) {
-      if (!MayLack(column, *member, kRequired)) return false;
-      if (inserted) BindField(column, defaults, insert, index);
-    }
-    ++member;
-  }
-  return insert.ok();
 }
 
 void GenerateColumns(const Columns& columns, const void* row, std::string& out) {

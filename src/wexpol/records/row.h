@@ -19,11 +19,9 @@ void GenerateColumns(const Columns& columns, const void* row, std::string& out);
 // Binds the values of an insert.
 void BindRow(const Table& table, const void* row, Statement& insert);
 
-// Binds the values of an insert straight from a JSON object, as if it had been parsed into a record
-// whose fields were those of `defaults`. False, and some values bound, when that parse or a bind
-// would fail. Not for tables with hooks.
-[[nodiscard]] bool BindParsedRow(const Table& table, const void* defaults,
-                                 const rapidjson::Value& value, Statement& insert);
+// Whether a record is taken although the member of this column, null where there is none, could not
+// be. A column with one of the `required` flags must be there.
+bool MayLack(const ColumnDef& column, const rapidjson::Value* member, unsigned required);
 
 }  // namespace wexpol
 

@@ -74,4 +74,30 @@ bool Savepoint::Commit() {
   return true;
 }
 
+DocumentSavepoint::DocumentSavepoint(sqlite3* db)
+    : db_(db),
+      within_(IsInTransaction(db)),
+      rollback_(db, "ROLLBACK TO wexpol_document"),
+      release_(db, "RELEASE wexpol_document"),
+      code_(rollback_.ok() ? release_.code() : rollback_.code()) {
+  if (code_ != SQLITE_OK) return;
+  const int code = Statement(db, "SAVEPOINT wexpol_document").Step();
+  if (code != SQLITE_DONE) code_ = code;
+}
+
+DocumentSavepoint::~DocumentSavepoint() {
+  if (code_ != SQLITE_OK || LostTransaction()) return;
+  static_cast<void>(rollback_.Step());
+  static_cast<void>(within_ ? release_.StepDone() : End(db_, release_));
+}
+
+int DocumentSavepoint::Keep() {
+  const int code = release_.Step();
+  release_.Reset();
+  if (code == SQLITE_DONE) code_ = code;
+  return code;
+}
+
+bool DocumentSavepoint::LostTransaction() const { return within_ && sqlite3_get_autocommit(db_); }
+
 }  // namespace wexpol

@@ -71,6 +71,31 @@ class Savepoint {
   bool open_;
 };
 
+// Writes that can be taken back as one, also within a transaction of the caller. Outside of one
+// they are committed as one. Everything is taken back unless it is kept; only one is open at a
+// time.
+class DocumentSavepoint {
+ public:
+  explicit DocumentSavepoint(sqlite3* db);
+  ~DocumentSavepoint();
+  DocumentSavepoint(const DocumentSavepoint&) = delete;
+  DocumentSavepoint& operator=(const DocumentSavepoint&) = delete;
+
+  // SQLITE_OK, or why it could not begin.
+  int code() const { return code_; }
+  // SQLITE_DONE, or what went wrong.
+  [[nodiscard]] int Keep();
+  // Whether the caller had a transaction open that the engine has ended meanwhile.
+  bool LostTransaction() const;
+
+ private:
+  sqlite3* db_;
+  bool within_;  // A transaction of the caller.
+  Statement rollback_;
+  Statement release_;
+  int code_;
+};
+
 }  // namespace wexpol
 
 #endif  // WEXPOL_RECORDS_SCOPES_H_

@@ -85,6 +85,10 @@ class Statement {
   // The same with a copy, for what does not outlive the step.
   void BindCopy(int index, std::string_view text);
   void BindCopy(int index, Blob bytes);
+  // For a table function that takes a pointer of this type, a text as lasting as the program.
+  void BindPointer(int index, void* pointer, const char* type) {
+    Note(sqlite3_bind_pointer(stmt_, index, pointer, type, nullptr));
+  }
 
   // SQLITE_ROW, SQLITE_DONE or what went wrong.
   [[nodiscard]] int Step() { return ok() ? sqlite3_step(stmt_) : code_; }

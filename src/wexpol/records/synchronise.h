@@ -44,7 +44,8 @@ inline constexpr RecordClass kRecordClass = {
                                std::string& error);
 
 // Empties the table, whatever comes of that, and adds the document: the table holds what the
-// document holds, or nothing when the text is no JSON.
+// document holds, or nothing when the text is no JSON. Refused when emptying it has made the engine
+// end the caller's transaction.
 [[nodiscard]] bool ReplaceTable(sqlite3* db, const RecordClass& record_class, const char* json,
                                 std::string& error);
 

@@ -7,17 +7,29 @@ Table::Table(const char* name, const char* json_key, Columns columns, Deviations
   std::string selected;
   std::string inserted;
   std::string marks;
+  std::string answered;
+  bool has_hooks = false;
+  bool has_unseen = false;  // A column that a document must have and the insert leaves out.
   for (const ColumnDef& column : columns_) {
+    const std::size_t number = static_cast<std::size_t>(&column - columns_.begin());
     if (column.flags & kKey) key_ = &column;
-    if (column.parsed) has_hooks_ = true;
+    if (column.parsed) has_hooks = true;
     selected.append(selected.empty() ? "" : ",").append(column.name);
-    if (column.flags & kAssignedByDb) continue;
+    if (column.flags & kAssignedByDb) {
+      has_unseen = has_unseen || (column.flags & (kRequired | kWellFormed));
+      continue;
+    }
     inserted.append(inserted.empty() ? "" : ",").append(column.name);
     marks.append(marks.empty() ? "?" : ",?");
+    answered.append(answered.empty() ? "c" : ",c").append(std::to_string(number));
   }
   const std::string table = name;
-  insert_ = "INSERT INTO " + table + "(" + inserted + ") VALUES(" + marks + ")";
-  if (deviations_.insert) insert_ = deviations_.insert;
+  const std::string into = "INSERT INTO " + table + "(" + inserted + ") ";
+  insert_ = deviations_.insert ? deviations_.insert : into + "VALUES(" + marks + ")";
+  if (!has_hooks && !has_unseen && !deviations_.insert && !deviations_.through_record &&
+      !deviations_.unwrap) {
+    insert_document_ = into + "SELECT " + answered + " FROM " + kDocumentTable + "(?)";
+  }
   select_ = "SELECT " + selected + " FROM " + table + deviations_.condition;
   clear_ = "DELETE FROM " + table;
 

@@ -94,6 +94,9 @@ class Columns {
   std::size_t count_;
 };
 
+// The function that answers a document as a table, with the columns c0, c1, ...
+inline constexpr char kDocumentTable[] = "wexpol_document";
+
 // What a table deviates in. Most tables carry none of these.
 struct Deviations {
   // Which rows are selected: " WHERE ..." with parameters of its own.
@@ -120,11 +123,14 @@ class Table {
   const Columns& columns() const { return columns_; }
   const ColumnDef* key() const { return key_; }  // Null when no column is the key.
   const Deviations& deviations() const { return deviations_; }
-  bool has_hooks() const { return has_hooks_; }
 
   // The statements, which live as long as the table.
   Sql insert() const { return Sql(insert_); }
   Sql select() const { return Sql(select_); }
+  // Inserts all rows of a table function's DocumentRows; only where TakesDocuments().
+  Sql insert_document() const { return Sql(insert_document_); }
+  // Whether the records of a document may go into the table without a record class.
+  bool TakesDocuments() const { return !insert_document_.empty(); }
   // Every row of the table.
   Sql clear() const { return Sql(clear_); }
   // The row of the key; all rows where there is no key.
@@ -137,8 +143,8 @@ class Table {
   Columns columns_;
   Deviations deviations_;
   const ColumnDef* key_ = nullptr;
-  bool has_hooks_ = false;
   std::string insert_;
+  std::string insert_document_;
   std::string select_;
   std::string clear_;
   std::string select_by_key_;

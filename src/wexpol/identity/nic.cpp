@@ -61,7 +61,10 @@ bool CNic::GetRecord(sqlite3* db, const unsigned char* address) {
 }
 
 long CNic::GetDeviceID(sqlite3* db, const unsigned char* address) {
-  if (!address) return wexpol::QueryInt(db, "SELECT device_id FROM nics").value_or(-1);
+  if (!address) {
+    // The first row as it lies in the table, not as an index has it.
+    return wexpol::QueryInt(db, "SELECT device_id FROM nics NOT INDEXED").value_or(-1);
+  }
   wexpol::Statement select(db, "SELECT device_id FROM nics WHERE mac=?");
   if (!select.ok()) return -1;
   select.Bind(1, MacBytes(address));

@@ -92,11 +92,16 @@ std::vector<SourceText> Statements() {
     for (const char* word : {"SELECT ", "INSERT ", "UPDATE ", "DELETE ", "PRAGMA ", "BEGIN",
                              "COMMIT", "ROLLBACK", "SAVEPOINT ", "RELEASE "}) {
       const bool begins = each.text.rfind(word, 0) == 0;
-      if (begins && each.where != "statement.h") statements.push_back(each);
+      if (begins && each.where != "statement.h" && !IsMeantToFail(each.text)) {
+        statements.push_back(each);
+      }
     }
   }
   return statements;
 }
+
+// This one has a value too many, which is meant: it never inserts.
+bool IsMeantToFail(std::string_view text) { return text.starts_with("INSERT INTO proxy_ports("); }
 
 class StatementTextTest : public PolicyTest {
  protected:
@@ -135,8 +140,7 @@ TEST_F(StatementTextTest, TheEngineUnderstandsThoseOfEveryTable) {
                                       table.select_by_key(), table.delete_by_key()};
     if (table.TakesDocuments()) texts.push_back(table.insert_document());
     for (const wexpol::Sql sql : texts) {
-      // This one has a value too many, which is meant: it never inserts.
-      if (std::string_view(sql.text()).starts_with("INSERT INTO proxy_ports(")) continue;
+      if (IsMeantToFail(sql.text())) continue;
       ExpectUnderstood(wexpol::HandleOf(db()), sql.text(), table.name());
     }
   }

@@ -84,6 +84,9 @@ std::vector<SourceText> LibraryTexts() {
   return texts;
 }
 
+// This one has a value too many, which is meant: it never inserts.
+bool IsMeantToFail(std::string_view text) { return text.starts_with("INSERT INTO proxy_ports("); }
+
 // Those that begin as the type of statement texts demands of a literal. What ends in a blank is the
 // front of a text that is put together at run time.
 std::vector<SourceText> Statements() {
@@ -99,9 +102,6 @@ std::vector<SourceText> Statements() {
   }
   return statements;
 }
-
-// This one has a value too many, which is meant: it never inserts.
-bool IsMeantToFail(std::string_view text) { return text.starts_with("INSERT INTO proxy_ports("); }
 
 class StatementTextTest : public PolicyTest {
  protected:

@@ -65,7 +65,7 @@ DocumentRows::DocumentRows(const Table& table, const void* defaults, const char*
     : table_(table),
       defaults_(defaults),
       pool_(buffer_.data(), buffer_.size()),
-      shared_{json + std::strlen(json), pool_, {}},
+      shared_{json + std::strlen(json), pool_, ""},
       row_(table.columns(), shared_),
       text_(json, shared_) {}
 

@@ -267,5 +267,6 @@ CREATE INDEX device_services_by_device ON device_services(device_id);
 CREATE INDEX alert_logs_buffer_by_type ON alert_logs_buffer(alert_event_type_id);
 CREATE INDEX devices_by_wan_ip ON devices(wan_ip);
 CREATE INDEX categories_by_name ON categories(name);
+CREATE INDEX never_block_domains_by_domain ON never_block_domains(domain);
 
 COMMIT;

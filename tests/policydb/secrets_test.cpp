@@ -28,9 +28,8 @@ TEST(Secrets, TheKeyLiesInNoBuiltFile) {
     const std::string file = ReadBytes(wexpol::ReplaceFileName(self, name));
     if (file.empty()) continue;
     ++looked_at;
-    for (const std::string& piece : {bytes, bytes.substr(0, 4), bytes.substr(4)}) {
-      EXPECT_EQ(file.find(piece), file.npos) << wexpol::WideToUtf8(name);
-      EXPECT_EQ(file.find(std::string(piece.rbegin(), piece.rend())), file.npos);
+    for (const std::string& run : {bytes, std::string(bytes.rbegin(), bytes.rend())}) {
+      EXPECT_EQ(file.find(run), file.npos) << wexpol::WideToUtf8(name);
     }
   }
   EXPECT_GE(looked_at, 1);

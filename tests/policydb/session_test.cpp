@@ -113,6 +113,8 @@ TEST_F(SessionTest, OpenAnswersTheEnginesCode) {
   EXPECT_EQ(other.OpenDB(path().c_str(), SQLITE_OPEN_READONLY, -5), SQLITE_OK);
   EXPECT_FALSE(other.ClearLogins());
   for (int i = 0; i < 2; ++i) other.CloseDB();
+  EXPECT_EQ(other.OpenDB(L":memory:", kReadWrite, 0), SQLITE_OK);
+  other.CloseDB();
   EXPECT_FALSE(other.IsValidDB());
   const std::wstring unicode = environment().PathOf(L"R\u00E4ume \u0416.db");
   Provision(unicode, 6);

@@ -11,13 +11,23 @@
 #include "wexpol/records/statement.h"
 
 namespace wexpol {
+namespace {
+
+bool IsInMemory(sqlite3* db) {
+  const char* file = sqlite3_db_filename(db, "main");
+  return !file || !*file;
+}
+
+}  // namespace
 
 int OpenEncrypted(const std::string& utf8_path, int flags, EngineHandle* opened) {
   sqlite3* db = nullptr;
   const int code = sqlite3_open_v2(utf8_path.c_str(), &db, flags, nullptr);
   EngineHandle handle(db);
   if (code != SQLITE_OK) return code;
-  const int key_code = ApplyDatabaseKey(db);
+  int key_code = ApplyDatabaseKey(db);
+  // The engine has no key for a database in memory, of which nothing is ever written.
+  if (key_code == SQLITE_ERROR && IsInMemory(db)) key_code = SQLITE_OK;
   if (key_code == SQLITE_OK) *opened = std::move(handle);
   return key_code;
 }

@@ -2,11 +2,22 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "wexpol/platform/security.h"
 #include "wexpol/platform/win32/handle.h"
 #include "wexpol/platform/win32/private_name.h"
 
 namespace wexpol {
+namespace {
+
+// The name lives as long as a handle of the section, the memory as long as a view.
+struct SharedBlock {
+  ScopedHandle section;
+  ScopedHandle view;
+};
+
+}  // namespace
 
 NamedMapping::NamedMapping(const std::wstring& name, std::size_t size) {
   const std::wstring shared_name = SharedObjectName(name);
@@ -20,9 +31,12 @@ NamedMapping::NamedMapping(const std::wstring& name, std::size_t size) {
     section = Own(::OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, shared_name.c_str()));
   }
   if (!section) return;
-  // The view must be whole: a smaller existing block fails here. It keeps the block alive.
+  // The view must be whole: a smaller existing block fails here.
   data_ = ::MapViewOfFile(section.get(), FILE_MAP_WRITE, 0, 0, size);
-  block_ = {data_, {[](void* view) { ::UnmapViewOfFile(view); }}};
+  if (!data_) return;
+  ScopedHandle view(data_, {[](void* mapped) { ::UnmapViewOfFile(mapped); }});
+  block_ = {new SharedBlock{std::move(section), std::move(view)},
+            {[](void* block) { delete static_cast<SharedBlock*>(block); }}};
 }
 
 }  // namespace wexpol

@@ -539,7 +539,7 @@ TEST_F(WexpolctlTest, AnswersAreThoseOfTheAgent) {
 TEST_F(WexpolctlTest, AlertsAndSchedulesAreToldByTheClock) {
   Provision();
   {
-    Database database(path());
+    Database database(path(), Database::kWrite);
     CAlertEventType type;
     ASSERT_TRUE(database.session().GetAlertEventType(&type, long{202}));
     EXPECT_EQ(database.session().AddAlertLogBuffer(&type, "found"), 1);

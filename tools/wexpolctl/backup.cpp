@@ -98,14 +98,16 @@ Command BackupCommand() {
   return {"backup",
           "Write the backup copy, which the agent falls back to",
           {{"--to FILE", Option::kText, "Another file than the one beside the database"}},
-          &Backup};
+          &Backup,
+          Effect::kWritesFile};
 }
 
 Command RestoreCommand() {
   return {"restore",
           "Put the backup in the database's place; the former file is kept beside it",
           {{"--from FILE", Option::kText, "Another file than the one beside the database"}},
-          &Restore};
+          &Restore,
+          Effect::kChanges};
 }
 
 }  // namespace wexpolctl

@@ -20,7 +20,7 @@ constexpr std::size_t kLogTail = std::size_t{256} * 1024;
 std::string Heard(const Command& command, const Call& call) {
   Report report;
   const Options none({});
-  Call inner = {none, report, call.database, nullptr};
+  Call inner = {none, report, call.database, call.tool, nullptr};
   std::ostringstream out;
   Failure failure;
   try {
@@ -70,7 +70,8 @@ Command BundleCommand() {
   return {"bundle",
           "Gather statuses and the end of the log for support; secrets are left out",
           {{"FOLDER", Option::kText, "Where to put the files", true}},
-          &Bundle};
+          &Bundle,
+          Effect::kWritesFile};
 }
 
 }  // namespace wexpolctl

@@ -8,6 +8,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/wexpolctl/report.h"
@@ -32,6 +33,13 @@ struct Failure {
 // The file is missing or damaged: a backup could take its place.
 struct LostFile : Failure {};
 
+// What a run does to the machine: its registry, log and shared blocks, and the database.
+enum class Effect {
+  kLooks,       // All stays as it was.
+  kWritesFile,  // Nothing but what the caller named is written.
+  kChanges,
+};
+
 struct Option {
   enum Kind { kFlag, kText, kNumber, kTexts };  // kTexts: one or more.
 
@@ -39,7 +47,15 @@ struct Option {
   Kind kind;
   const char* help;
   bool required = false;
+  std::optional<Effect> effect = {};  // Of the command, where this is given.
+  std::int64_t max = INT32_MAX;       // Of a number; the smallest is 0.
+
+  // "--where" of "--where COLUMN=VALUE": what follows is only for the help.
+  std::string key() const;
 };
+
+// The whole text as a decimal number; nothing when it is none or has more than 64 bits.
+std::optional<std::int64_t> ParseNumber(std::string_view text);
 
 // What was given, by option name.
 class Options {
@@ -62,6 +78,7 @@ struct Call {
   const Options& options;
   Report& report;
   std::wstring database;   // The file that --db names, else the installed one.
+  std::string tool;        // "wexpolctl" with what leads it to the same place.
   std::ostream* terminal;  // To draw progress on; null when nobody watches.
 };
 
@@ -70,7 +87,15 @@ struct Command {
   const char* help;
   std::vector<Option> options;
   ExitCode (*run)(Call& call);
+  Effect effect = Effect::kLooks;
+  const char* example = nullptr;  // What follows "wexpolctl".
+
+  Effect EffectOf(const Options& given) const;
 };
+
+// `text`, its commands that begin with "wexpolctl" beginning with `tool` of a call instead: they
+// work on what the call is about.
+std::string AdviceFor(const std::string& tool, const std::string& text);
 
 }  // namespace wexpolctl
 

@@ -45,12 +45,21 @@ const std::wstring& Existing(const std::wstring& path) {
 
 }  // namespace
 
-Database::Database(const std::wstring& path)
-    : session_(kAccessCode, Existing(path).c_str(), SQLITE_OPEN_READWRITE, kBusyTimeoutMs) {
-  if (!handle()) ThrowUnreadable(path, SQLITE_CANTOPEN);
+Database::Database(const std::wstring& path, Use use)
+    : session_(kAccessCode, nullptr, SQLITE_OPEN_READWRITE, kBusyTimeoutMs) {
+  const std::wstring& file = Existing(path);
+  int code = use == kWrite ? session_.OpenDB(file.c_str(), SQLITE_OPEN_READWRITE, kBusyTimeoutMs)
+                           : wexpol::OpenUntouched(session_, file, kBusyTimeoutMs);
+  if (code != SQLITE_OK) ThrowUnreadable(path, code);
   // Only the first read shows whether the key fits.
-  const int code = wexpol::Statement(handle(), "SELECT count(*) FROM sqlite_schema").Step();
+  wexpol::Statement count(handle(), "SELECT count(*) FROM sqlite_schema");
+  code = count.Step();
   if (code != SQLITE_ROW) ThrowUnreadable(path, code);
+  if (count.Int(0) == 0) {
+    throw LostFile{{kCannotOpen, wexpol::WideToUtf8(path) + " is empty: it has no tables.",
+                    "Put the backup in its place with 'wexpolctl restore', or make its tables with "
+                    "'wexpolctl init --force'."}};
+  }
 }
 
 sqlite3* Database::handle() const { return wexpol::HandleOf(session_); }

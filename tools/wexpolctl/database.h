@@ -17,8 +17,11 @@ namespace wexpolctl {
 // One session, proven to be readable.
 class Database {
  public:
-  // Throws a Failure when the file is missing, or cannot be opened and read.
-  explicit Database(const std::wstring& path);
+  enum Use { kLook, kWrite };
+
+  // Throws a Failure when the file is missing, or cannot be opened and read; a LostFile when what
+  // is there is no database. To look leaves the file and those beside it as they are.
+  explicit Database(const std::wstring& path, Use use = kLook);
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 

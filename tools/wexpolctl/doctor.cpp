@@ -120,18 +120,20 @@ class Examination {
 
   void LookAtBrand() {
     const auto brand = wexpol::ReadBrandInfo();
-    if (!brand) return Note("brand", "the shared block cannot be had", "restart the agent");
+    if (!brand) return Note("brand", "no process of the agent shares it now");
     Note("brand",
          "id " + std::to_string(brand->brand_id) + ", " + wexpol::WideToUtf8(brand->product_name));
   }
 
   void LookAtLog() {
     const std::wstring path = CFilePaths::GetLocationLogFile();
+    const std::string shown = wexpol::WideToUtf8(path);
+    const auto size = wexpol::FileSize(path);
+    if (!size) return Note("log", shown + ", not begun yet");  // Opening it would begin it.
     if (!wexpol::OpenForAppend(path)) {
-      return Note("log", wexpol::WideToUtf8(path) + " cannot be written",
-                  "check the rights of the folder");
+      return Note("log", shown + " cannot be written", "check the rights of the folder");
     }
-    Note("log", wexpol::WideToUtf8(path) + ", " + Size(wexpol::FileSize(path).value_or(0)).text);
+    Note("log", shown + ", " + Size(*size).text);
   }
 
   void LookAtRegistry() {
@@ -169,7 +171,8 @@ ExitCode Doctor(Call& call) {
 Command DoctorCommand() {
   return {"doctor",
           "Examine file, key, backup, identity, log and registry",
-          {{"--repair", Option::kFlag, "Put a bad file aside and the backup in its place"}},
+          {{"--repair", Option::kFlag, "Put a bad file aside and the backup in its place", false,
+            Effect::kChanges}},
           &Doctor};
 }
 

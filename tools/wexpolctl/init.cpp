@@ -51,7 +51,8 @@ Command InitCommand() {
   return {"init",
           "Make the encrypted database with its empty tables",
           {{"--force", Option::kFlag, "Replace a database that is there; its rows are lost"}},
-          &Init};
+          &Init,
+          Effect::kChanges};
 }
 
 }  // namespace wexpolctl

@@ -7,7 +7,7 @@
 #include "wexpol/platform/console.h"
 
 int main(int argc, char** argv) {
-  wexpol::UseUtf8Console();
+  wexpol::PrepareConsole();
   return wexpolctl::Run(wexpol::CommandLineArguments(argc, argv), std::cout, std::cerr,
                         wexpol::IsTerminal(stderr));
 }

@@ -28,27 +28,6 @@ void PrintPadded(std::ostream& out, const std::string& text, std::size_t width, 
   out << (right ? blanks + text : text + blanks);
 }
 
-// Escapes what a terminal would obey instead of print.
-std::string Printable(std::string_view utf8) {
-  std::string text;
-  for (const char c : wexpol::RepairUtf8(utf8)) {
-    if (c == '\n') {
-      text += "\\n";
-    } else if (c == '\r') {
-      text += "\\r";
-    } else if (c == '\t') {
-      text += "\\t";
-    } else if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      char escaped[8];
-      std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned>(c));
-      text += escaped;
-    } else {
-      text += c;
-    }
-  }
-  return text;
-}
-
 std::string JsonString(std::string_view text) {
   std::string json;
   wexpol::AppendJsonString(text, json);
@@ -60,7 +39,44 @@ std::string JsonName(std::string name) {
   return JsonString(name);
 }
 
+// Control characters, and those that turn or hide the text around them.
+bool IsObeyed(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x061C || (c >= 0x200B && c <= 0x200F) ||
+         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF ||
+         (c >= 0xFFF9 && c <= 0xFFFB) || (c >= 0xE0000 && c <= 0xE007F);
+}
+
+// The next character of well-formed UTF-8, and its bytes.
+char32_t CharacterAt(std::string_view utf8, std::size_t* bytes) {
+  const auto lead = static_cast<unsigned char>(utf8[0]);
+  *bytes = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  char32_t c = *bytes == 1 ? lead : lead & (0x7Fu >> *bytes);
+  for (std::size_t i = 1; i < *bytes; ++i)
+    c = c << 6 | (static_cast<unsigned char>(utf8[i]) & 0x3F);
+  return c;
+}
+
 }  // namespace
+
+std::string Printable(std::string_view utf8) {
+  const std::string repaired = wexpol::RepairUtf8(utf8);
+  std::string text;
+  std::size_t bytes = 0;
+  for (std::string_view left = repaired; !left.empty(); left.remove_prefix(bytes)) {
+    const char32_t c = CharacterAt(left, &bytes);
+    if (c == '\n' || c == '\r' || c == '\t') {
+      text += {'\\', c == '\n' ? 'n' : c == '\r' ? 'r' : 't'};
+    } else if (IsObeyed(c)) {
+      char escaped[16];
+      std::snprintf(escaped, sizeof escaped, c < 0x100 ? "\\x%02x" : "\\u%04x",
+                    static_cast<unsigned>(c));
+      text += escaped;
+    } else {
+      text += left.substr(0, bytes);
+    }
+  }
+  return text;
+}
 
 Cell Nothing() { return {"null", "-"}; }
 

@@ -19,6 +19,9 @@ struct Cell {
   bool is_number = false;
 };
 
+// Escapes what a terminal would obey instead of print.
+std::string Printable(std::string_view utf8);
+
 Cell Nothing();  // null, "-"
 Cell Text(std::string_view utf8);
 Cell Text(std::wstring_view wide);

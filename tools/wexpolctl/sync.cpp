@@ -148,7 +148,7 @@ class Synchronisation {
 ExitCode Sync(Call& call) {
   std::vector<std::string> skipped;
   const auto documents = CollectDocuments(call.options.Texts("DOCUMENT"), skipped);
-  Database database(call.database);
+  Database database(call.database, Database::kWrite);
   const bool keep_going = call.options.Has("--keep-going");
   Synchronisation synchronisation(database, keep_going, call.report);
   synchronisation.Run(documents, call.terminal);
@@ -173,7 +173,8 @@ Command SyncCommand() {
             true},
            {"--keep-going", Option::kFlag,
             "Store what is accepted; a table whose document is refused keeps its rows"}},
-          &Sync};
+          &Sync,
+          Effect::kChanges};
 }
 
 }  // namespace wexpolctl

@@ -13,8 +13,12 @@ namespace wexpol {
 // and those of main are not.
 std::vector<std::string> CommandLineArguments(int argc, const char* const* argv);
 
-// Texts that are printed from now on are taken as UTF-8.
-void UseUtf8Console();
+// Texts that are printed from now on are taken as UTF-8, and a reader that is gone is an error of
+// the stream, not the end of the process.
+void PrepareConsole();
+
+// An argument as it is written on the command line of the system's shell.
+std::string ShellQuoted(const std::string& argument);
 
 // Whether somebody looks at what is written to `stream`.
 bool IsTerminal(std::FILE* stream);

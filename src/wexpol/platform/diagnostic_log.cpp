@@ -11,6 +11,7 @@
 #include "wexpol/platform/device_info.h"
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/files.h"
+#include "wexpol/platform/look_only.h"
 #include "wexpol/platform/named_mutex.h"
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/testing.h"
@@ -94,6 +95,7 @@ std::string LineHead(const Settings& settings) {
 }
 
 bool WriteLine(const std::string& message) {
+  if (OnlyLooks()) return false;
   const Settings settings = GetSettings();
   NamedMutex mutex(kMutexName);
   if (mutex.Wait(kMutexTimeoutMs) != NamedMutex::WaitResult::kObtained) return false;

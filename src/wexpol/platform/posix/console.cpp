@@ -2,13 +2,31 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
+#include <csignal>
+#include <cstring>
+
 namespace wexpol {
 
 std::vector<std::string> CommandLineArguments(int argc, const char* const* argv) {
   return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
 }
 
-void UseUtf8Console() {}
+void PrepareConsole() { std::signal(SIGPIPE, SIG_IGN); }
+
+std::string ShellQuoted(const std::string& argument) {
+  const auto is_plain = [](unsigned char c) {
+    return c >= 0x80 || std::isalnum(c) || (c != 0 && std::strchr("/._-+:@%,=", c));
+  };
+  if (!argument.empty() && std::all_of(argument.begin(), argument.end(), is_plain)) return argument;
+  std::string quoted = "\"";
+  for (const char c : argument) {
+    if (c == '"' || c == '\\' || c == '$' || c == '`') quoted += '\\';
+    quoted += c;
+  }
+  return quoted + '"';
+}
 
 bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
 

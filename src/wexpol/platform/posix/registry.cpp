@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "wexpol/platform/look_only.h"
 #include "wexpol/platform/posix/machine.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
@@ -139,7 +140,8 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
   for (std::wstring_view name; !(name = wexpol::NextName(path, &at)).empty();) {
     wexpol::AppendEncoded(name, &(folder += '/'));
   }
-  const bool writable = access == RegistryAccess::kReadWrite || access == RegistryAccess::kFull;
+  const bool writable = !wexpol::OnlyLooks() &&
+                        (access == RegistryAccess::kReadWrite || access == RegistryAccess::kFull);
   if (::access(folder.c_str(), writable ? W_OK : R_OK) != 0) return wexpol::StatusOfErrno();
   key_ = {new wexpol::OpenKey{std::move(folder), writable},
           {[](void* key) { delete static_cast<wexpol::OpenKey*>(key); }}};
@@ -148,6 +150,7 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
 
 RegistryStatus CRegistryVeyra::Create(const std::wstring& path, RegistryAccess access,
                                       RegistryView view) {
+  if (wexpol::OnlyLooks()) return Open(path, access, view);
   Close();
   std::string folder = wexpol::ViewFolder(view);
   const std::size_t view_at = folder.rfind('/'), root_at = folder.rfind('/', view_at - 1);

@@ -10,6 +10,7 @@
 
 #include <utility>
 
+#include "wexpol/platform/look_only.h"
 #include "wexpol/platform/posix/machine.h"
 
 namespace wexpol {
@@ -34,7 +35,7 @@ void LetGo(void* held) {
 // file has lost its name or its size does not do.
 bool Join(int fd, std::size_t size, bool* created) {
   *created = ::flock(fd, LOCK_EX | LOCK_NB) == 0;
-  if (*created && (::ftruncate(fd, 0) != 0 ||
+  if (*created && (OnlyLooks() || ::ftruncate(fd, 0) != 0 ||
                    // Reserved, not only promised: on a full disk a promise would kill who writes.
                    ::posix_fallocate(fd, 0, static_cast<off_t>(size)) != 0)) {
     return false;

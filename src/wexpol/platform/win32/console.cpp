@@ -18,7 +18,12 @@ std::vector<std::string> CommandLineArguments(int, const char* const*) {
   return arguments;
 }
 
-void UseUtf8Console() { ::SetConsoleOutputCP(CP_UTF8); }
+void PrepareConsole() { ::SetConsoleOutputCP(CP_UTF8); }
+
+std::string ShellQuoted(const std::string& argument) {
+  const bool plain = argument.find_first_of(" &|<>^()%!,;=\t") == argument.npos;
+  return plain ? argument : '"' + argument + '"';
+}
 
 bool IsTerminal(std::FILE* stream) { return ::_isatty(::_fileno(stream)) != 0; }
 

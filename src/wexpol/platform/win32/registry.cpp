@@ -5,6 +5,7 @@
 #include <iterator>
 #include <limits>
 
+#include "wexpol/platform/look_only.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/win32/private_name.h"
 
@@ -38,6 +39,7 @@ Place PlaceOf(const std::wstring& path, RegistryView view) {
 }
 
 REGSAM RightsOf(RegistryAccess access) {
+  if (OnlyLooks() && access != RegistryAccess::kQuery) return KEY_READ;
   switch (access) {
     case RegistryAccess::kQuery:
       return KEY_QUERY_VALUE;
@@ -89,6 +91,7 @@ RegistryStatus CRegistryVeyra::Open(const std::wstring& path, RegistryAccess acc
 
 RegistryStatus CRegistryVeyra::Create(const std::wstring& path, RegistryAccess access,
                                       RegistryView view) {
+  if (wexpol::OnlyLooks()) return Open(path, access, view);
   Close();
   if (path.empty()) return RegistryStatus::kFailed;
   const auto place = wexpol::PlaceOf(path, view);

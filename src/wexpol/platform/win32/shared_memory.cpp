@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "wexpol/platform/look_only.h"
 #include "wexpol/platform/security.h"
 #include "wexpol/platform/win32/handle.h"
 #include "wexpol/platform/win32/private_name.h"
@@ -21,13 +22,15 @@ struct SharedBlock {
 
 NamedMapping::NamedMapping(const std::wstring& name, std::size_t size) {
   const std::wstring shared_name = SharedObjectName(name);
-  const CSecAttrib security;
-  ScopedHandle section = Own(
-      ::CreateFileMappingW(INVALID_HANDLE_VALUE, static_cast<SECURITY_ATTRIBUTES*>(security.get()),
-                           PAGE_READWRITE, 0, static_cast<DWORD>(size), shared_name.c_str()));
-  const DWORD error = ::GetLastError();
-  created_ = section && error != ERROR_ALREADY_EXISTS;
-  if (error == ERROR_ALREADY_EXISTS) {
+  ScopedHandle section;
+  if (!OnlyLooks()) {
+    const CSecAttrib security;
+    section = Own(::CreateFileMappingW(
+        INVALID_HANDLE_VALUE, static_cast<SECURITY_ATTRIBUTES*>(security.get()), PAGE_READWRITE, 0,
+        static_cast<DWORD>(size), shared_name.c_str()));
+    created_ = section && ::GetLastError() != ERROR_ALREADY_EXISTS;
+  }
+  if (!created_) {
     section = Own(::OpenFileMappingW(FILE_MAP_ALL_ACCESS, FALSE, shared_name.c_str()));
   }
   if (!section) return;

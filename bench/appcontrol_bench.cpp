@@ -15,14 +15,19 @@
 #include <csignal>
 #include <cstdarg>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "bench/bench_support.h"
+#include "bench/documents.h"
 #include "tools/provision/provision.h"
 
 namespace {
+
+using std::chrono_literals::operator""us;
 
 using Digest = std::array<unsigned char, 16>;
 
@@ -332,19 +337,26 @@ double Microseconds(const std::function<void()>& run) {
       .count();
 }
 
-// Decisions, one behind the other for some seconds, while another process writes.
-void DecisionUnderSynchronisation(benchmark::State& state) {
+// Decisions for some seconds while another process writes, with a pause between them. One that
+// learns meets a program by its name whose digest is new every time.
+void DecisionUnderSynchronisation(benchmark::State& state, bool learns,
+                                  std::chrono::microseconds pause) {
   Synchroniser synchroniser;
   AppDatabase database;
-  const auto programs = database.Programs(kBlocked, true, true);
+  auto programs = database.Programs(kBlocked, true, true);
   synchroniser.Start(database.path());
   std::vector<double> times;
   int failed = 0;
   for ([[maybe_unused]] auto _ : state) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(state.range(0));
     while (std::chrono::steady_clock::now() < end) {
-      const Program& program = programs[times.size() % programs.size()];
+      Program& program = programs[times.size() % programs.size()];
+      if (learns) {
+        const auto number = static_cast<std::uint32_t>(times.size());
+        std::memcpy(program.md5.data(), &number, sizeof number);
+      }
       times.push_back(Microseconds([&] { failed += !DecideOurs(database.session(), program); }));
+      if (pause.count() > 0) std::this_thread::sleep_for(pause);
     }
   }
   std::sort(times.begin(), times.end());
@@ -356,12 +368,48 @@ void DecisionUnderSynchronisation(benchmark::State& state) {
   state.counters["synchronised"] = synchroniser.rounds();
 }
 
+// A million digests, and a million categories that names of hosts are looked up in, beside ten
+// thousand of each.
+void Flat(benchmark::State& state) {
+  bench::Database few;
+  CPolicyDB& db = few.session();
+  for (const int rows : {10000, 1000000}) {
+    const std::string count = std::to_string(rows);
+    few.Sql(
+        "DELETE FROM app_checksums; DELETE FROM categories;"
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<" +
+        count +
+        ") INSERT INTO app_checksums SELECT i, 1, randomblob(16), 1 FROM n;"
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<" +
+        count + ") INSERT INTO categories(id, name) SELECT i, 'category ' || i FROM n");
+    int next = 0;
+    const auto decide = [&] {
+      Program program{"unknown.exe", {}};
+      std::memcpy(program.md5.data(), &++next, sizeof next);
+      if (DecideOurs(db, program)) std::abort();
+    };
+    const auto categories = [&] {
+      const std::wstring name = L"category " + std::to_wstring(++next * 7919LL % rows + 1);
+      if (db.IsPornCategoryPresent({name})) std::abort();
+    };
+    bench::Compare(
+        state, {{"decision_" + count, decide, {}}, {"category_" + count, categories, {}}}, 2000);
+  }
+}
+
 BENCHMARK_CAPTURE(Decision, unknown, kBlocked, false, false)->Iterations(1);
 BENCHMARK_CAPTURE(Decision, blocked_by_name, kBlocked, true, true)->Iterations(1);
 BENCHMARK_CAPTURE(Decision, blocked_by_digest, kBlocked, false, true)->Iterations(1);
 BENCHMARK_CAPTURE(Decision, monitored_by_name, kMonitored, true, true)->Iterations(1);
 BENCHMARK_CAPTURE(Decision, monitored_by_digest, kMonitored, false, true)->Iterations(1);
 BENCHMARK(LockCyclesOfADecision)->Iterations(1);
-BENCHMARK(DecisionUnderSynchronisation)->Arg(20)->Iterations(1)->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(DecisionUnderSynchronisation, settled, false, 0us)->Arg(20)->Iterations(1);
+BENCHMARK_CAPTURE(DecisionUnderSynchronisation, settled_each_200_us, false, 200us)
+    ->Arg(20)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(DecisionUnderSynchronisation, learning_each_200_us, true, 200us)
+    ->Arg(20)
+    ->Iterations(1);
+BENCHMARK(Flat)->Iterations(1);
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "bench/bench_support.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 
 #include "tools/provision/provision.h"
@@ -24,23 +24,23 @@ double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-double Seconds(const Contender& contender, int repeats) {
-  double total = 0;
-  for (int i = 0; i < repeats; ++i) {
-    if (contender.prepare) contender.prepare();
-    const auto start = std::chrono::steady_clock::now();
-    contender.run();
-    total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  }
-  return total / repeats;
+double Now(Clock clock) {
+  timespec now;
+  clock_gettime(clock == Clock::kWall ? CLOCK_MONOTONIC : CLOCK_PROCESS_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-// Without a preparation the clock is read once around all calls, so that it costs nothing.
-double SecondsOfMany(const Contender& contender, int repeats) {
-  if (contender.prepare) return Seconds(contender, repeats);
-  const auto start = std::chrono::steady_clock::now();
-  for (int i = 0; i < repeats; ++i) contender.run();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() / repeats;
+// Of one call. Without a preparation the clock is read once around all, so that it costs nothing.
+double Seconds(const Contender& contender, int repeats, Clock clock) {
+  double total = 0;
+  const int laps = contender.prepare ? repeats : 1;
+  for (int lap = 0; lap < laps; ++lap) {
+    if (contender.prepare) contender.prepare();
+    const double start = Now(clock);
+    for (int i = 0; i < repeats / laps; ++i) contender.run();
+    total += Now(clock) - start;
+  }
+  return total / repeats;
 }
 
 }  // namespace
@@ -73,38 +73,15 @@ void Database::Sql(const std::string& statements) {
   }
 }
 
-std::string Devices(int count) {
-  std::string json = "[";
-  for (int i = 1; i <= count; ++i) {
-    const std::string n = std::to_string(i);
-    if (i > 1) json += ",\n";
-    json +=
-        "{\"id\": " + n + ", \"account_id\": 7001, \"policy_id\": " + std::to_string(i % 8) +
-        ", \"device_type_id\": 1, \"operating_system_id\": 12, \"device_status_id\": 2, " +
-        "\"name\": \"B\xC3\xBCro-PC-" + n + "\", \"description\": \"Arbeitsplatz im dritten " +
-        "Stock, Raum " + n + "\", \"comment\": \"Ger\xC3\xA4t wird im Herbst ersetzt; " +
-        "Ansprechpartner ist die Hausverwaltung.\", \"ccl_id\": " +
-        "\"0123456789abcdef0123456789abcdef 0123456789abcdef0123456789abcdef01234567\", " +
-        "\"token\": null, \"time_zone_id\": 42, \"manufacturer\": \"Contoso Computing\", " +
-        "\"domain\": \"ZENTRALE\", \"wan_ip\": \"198.51.100." + std::to_string(i % 250) +
-        "\", \"device_group_id\": 3, \"is_master\": false, \"allow_remote_connection\": true, " +
-        "\"device_detection_enabled\": true, \"install_invite_id\": 99, \"device_uid\": " +
-        "\"6f1c2d3e-0000-4000-8000-" + std::string(12 - n.size(), '0') + n + "\", " +
-        "\"midex\": \"MX-" + n + "\", \"os_display\": \"Windows 11 Pro\", \"os_build\": " +
-        "\"22631.4317\", \"os_internal_version\": \"10.0.22631\"}";
-  }
-  return json + "]";
-}
-
 void Compare(benchmark::State& state, const std::vector<Contender>& contenders, int repeats,
-             int rounds) {
+             int rounds, Clock clock) {
   std::vector<std::vector<double>> times(contenders.size());
   std::vector<std::vector<double>> ratios(contenders.size());
   for (auto _ : state) {
-    for (const Contender& contender : contenders) SecondsOfMany(contender, repeats);  // Warm up.
+    for (const Contender& contender : contenders) Seconds(contender, repeats, clock);  // Warm up.
     for (int round = 0; round < rounds; ++round) {
       for (std::size_t i = 0; i < contenders.size(); ++i) {
-        times[i].push_back(SecondsOfMany(contenders[i], repeats));
+        times[i].push_back(Seconds(contenders[i], repeats, clock));
         ratios[i].push_back(times[i].back() / times[0].back());
       }
     }

@@ -37,9 +37,6 @@ class Database {
   sqlite3* handle_ = nullptr;
 };
 
-// A document of that many devices, each of the width that real ones have.
-std::string Devices(int count);
-
 // One of the ways that are compared.
 struct Contender {
   std::string name;
@@ -47,11 +44,15 @@ struct Contender {
   std::function<void()> prepare;  // Run before it, not measured; may be empty.
 };
 
+// Time of this process on the processor, which no other process stretches; or by the wall, where
+// what is waited for counts.
+enum class Clock { kProcessor, kWall };
+
 // Runs the contenders in turn, `rounds` times, `repeats` calls each time, and reports for each the
 // median time of a call and, against the first, the median of the ratios round by round: noise that
 // lasts longer than a round hits both sides of a ratio.
 void Compare(benchmark::State& state, const std::vector<Contender>& contenders, int repeats,
-             int rounds = 31);
+             int rounds = 31, Clock clock = Clock::kProcessor);
 
 }  // namespace bench
 

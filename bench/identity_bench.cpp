@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/bench_support.h"
+#include "bench/documents.h"
 #include "wexpol/platform/device_info.h"
 #include "wexpol/platform/diagnostic_log.h"
 

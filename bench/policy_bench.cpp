@@ -74,6 +74,35 @@ void ServiceConfiguration(benchmark::State& state) {
 }
 BENCHMARK(ServiceConfiguration)->Iterations(1)->Unit(benchmark::kMillisecond);
 
+// The same inside a transaction of the caller, a few times; counted by callgrind.
+class HeldValue : public ByHand {
+ public:
+  using ByHand::ByHand;
+  __attribute__((noinline)) void Run() {
+    sqlite3_bind_text(get(), 1, kKey, -1, SQLITE_STATIC);
+    sqlite3_bind_int(get(), 2, kService);
+    benchmark::DoNotOptimize(Text().data());
+  }
+};
+__attribute__((noinline)) void AskValue(CPolicyDB& db, std::string& value) {
+  db.GetServiceConfiguration(value, kKey, kService);
+}
+
+void ValueInTransaction(benchmark::State& state) {
+  bench::Database database;
+  Fill(database);
+  HeldValue held(database.handle(),
+                 "SELECT value FROM service_configurations WHERE key=? AND service_id=?");
+  std::string value;
+  database.Sql("BEGIN");
+  database.session().Transaction(TRANSACTION_BEGIN);
+  bench::Compare(state,
+                 {{"by_hand", [&] { held.Run(); }, {}},
+                  {"ours", [&] { AskValue(database.session(), value); }, {}}},
+                 static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+}
+BENCHMARK(ValueInTransaction)->Args({2000, 31})->Args({2000, 1})->Iterations(1);
+
 void ClearPassword(benchmark::State& state) {
   bench::Database database;
   Fill(database);

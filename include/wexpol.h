@@ -42,6 +42,7 @@
 #include "wexpol/platform/device_info.h"
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/system_types.h"
+#include "wexpol/platform/version.h"
 #include "wexpol/policydb/policy_db.h"
 #include "wexpol/records/global_tables.h"
 #include "wexpol/requests/auth_info.h"
@@ -63,6 +64,5 @@
 #include "wexpol/webfilter/proxy_port.h"
 #include "wexpol/webfilter/safe_search_parameter.h"
 #include "wexpol/webfilter/swg_settings.h"
-#include "wexpol_version.h"
 
 #endif  // WEXPOL_H_

@@ -22,7 +22,7 @@
 #include <stdint.h>
 
 #include "wexpol/platform/export.h"
-#include "wexpol_version.h"
+#include "wexpol/platform/version.h"
 
 #ifdef __cplusplus
 extern "C" {

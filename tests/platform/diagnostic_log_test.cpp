@@ -14,7 +14,7 @@
 #include "wexpol/platform/named_mutex.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
-#include "wexpol_version.h"
+#include "wexpol/platform/version.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "tools/wexpolctl/files.h"
 #include "wexpol/platform/console.h"
 #include "wexpol/platform/text.h"
-#include "wexpol_version.h"
+#include "wexpol/platform/version.h"
 
 namespace wexpolctl {
 namespace {

@@ -99,7 +99,7 @@ long Condense(sqlite3* db, const CAlertEventType& type, long required) {
     return kFailed;
   }
   const long decision = Decide(db, type, required);
-  return writes.Commit() && scope.Commit() ? decision : kFailed;
+  return writes.Commit() == SQLITE_DONE && scope.Commit() ? decision : kFailed;
 }
 
 }  // namespace

@@ -16,7 +16,7 @@
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/testing.h"
 #include "wexpol/platform/text.h"
-#include "wexpol_version.h"
+#include "wexpol/platform/version.h"
 
 namespace wexpol {
 namespace {

@@ -59,45 +59,31 @@ bool WriteScope::Commit() {
 }
 
 Savepoint::Savepoint(sqlite3* db)
-    : undo_(db, "ROLLBACK TO writes"),
-      release_(db, "RELEASE writes"),
-      open_(undo_.ok() && release_.ok() && Statement(db, "SAVEPOINT writes").StepDone()) {}
-
-// After a failure that made the engine end the whole transaction both fail, and nothing is left.
-Savepoint::~Savepoint() {
-  if (open_ && undo_.StepDone()) static_cast<void>(release_.StepDone());
-}
-
-bool Savepoint::Commit() {
-  if (!open_ || !release_.StepDone()) return false;
-  open_ = false;
-  return true;
-}
-
-DocumentSavepoint::DocumentSavepoint(sqlite3* db)
     : db_(db),
       within_(IsInTransaction(db)),
-      rollback_(db, "ROLLBACK TO wexpol_document"),
-      release_(db, "RELEASE wexpol_document"),
+      rollback_(db, "ROLLBACK TO wexpol"),
+      release_(db, "RELEASE wexpol"),
       code_(rollback_.ok() ? release_.code() : rollback_.code()) {
-  if (code_ != SQLITE_OK) return;
-  const int code = Statement(db, "SAVEPOINT wexpol_document").Step();
-  if (code != SQLITE_DONE) code_ = code;
+  if (!ok()) return;
+  const int code = Statement(db, "SAVEPOINT wexpol").Step();
+  open_ = code == SQLITE_DONE;
+  if (!open_) code_ = code;
 }
 
-DocumentSavepoint::~DocumentSavepoint() {
-  if (code_ != SQLITE_OK || LostTransaction()) return;
+Savepoint::~Savepoint() {
+  if (!open_ || LostTransaction()) return;
   static_cast<void>(rollback_.Step());
   static_cast<void>(within_ ? release_.StepDone() : End(db_, release_));
 }
 
-int DocumentSavepoint::Keep() {
+int Savepoint::Commit() {
+  if (!ok()) return code_;
   const int code = release_.Step();
   release_.Reset();
-  if (code == SQLITE_DONE) code_ = code;
+  open_ = code != SQLITE_DONE;
   return code;
 }
 
-bool DocumentSavepoint::LostTransaction() const { return within_ && sqlite3_get_autocommit(db_); }
+bool Savepoint::LostTransaction() const { return within_ && sqlite3_get_autocommit(db_); }
 
 }  // namespace wexpol

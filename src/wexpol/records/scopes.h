@@ -9,9 +9,9 @@
 
 namespace wexpol {
 
-// Both prepare what ends them before they begin, so that ending needs no memory. What cannot be
+// All prepare what ends them before they begin, so that ending needs no memory. What cannot be
 // ended all the same is rolled back before the next statement of the connection. Within a
-// transaction of the caller, which then decides, both do nothing.
+// transaction of the caller, which then decides, the two scopes do nothing.
 
 // Holds one consistent read of the file for a question of several statements: nothing changes
 // between them, and the file is locked and checked once. To be released before anything is written.
@@ -52,9 +52,9 @@ class WriteScope {
   std::optional<Statement> rollback_;
 };
 
-// Writes within a transaction, whoever has opened it, that stand or fall together: they are taken
-// back unless they are committed, and what the transaction wrote before stays. It, too, prepares
-// what ends it before it begins.
+// Writes that stand or fall together: they are taken back unless they are committed. Within a
+// transaction, whoever has opened it, what it wrote before stays; outside of one they are a
+// transaction of their own.
 class Savepoint {
  public:
   explicit Savepoint(sqlite3* db);
@@ -62,38 +62,21 @@ class Savepoint {
   Savepoint(const Savepoint&) = delete;
   Savepoint& operator=(const Savepoint&) = delete;
 
-  [[nodiscard]] bool ok() const { return open_; }
-  [[nodiscard]] bool Commit();
-
- private:
-  Statement undo_;
-  Statement release_;
-  bool open_;
-};
-
-// Writes that can be taken back as one, also within a transaction of the caller. Outside of one
-// they are committed as one. Everything is taken back unless it is kept; only one is open at a
-// time.
-class DocumentSavepoint {
- public:
-  explicit DocumentSavepoint(sqlite3* db);
-  ~DocumentSavepoint();
-  DocumentSavepoint(const DocumentSavepoint&) = delete;
-  DocumentSavepoint& operator=(const DocumentSavepoint&) = delete;
-
+  [[nodiscard]] bool ok() const { return code_ == SQLITE_OK; }
   // SQLITE_OK, or why it could not begin.
   int code() const { return code_; }
   // SQLITE_DONE, or what went wrong.
-  [[nodiscard]] int Keep();
-  // Whether the caller had a transaction open that the engine has ended meanwhile.
+  [[nodiscard]] int Commit();
+  // Whether the engine has meanwhile ended the transaction that this began in.
   bool LostTransaction() const;
 
  private:
   sqlite3* db_;
-  bool within_;  // A transaction of the caller.
+  bool within_;  // A transaction.
   Statement rollback_;
   Statement release_;
   int code_;
+  bool open_ = false;
 };
 
 }  // namespace wexpol

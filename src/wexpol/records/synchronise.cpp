@@ -31,14 +31,14 @@ std::optional<int> AddWhole(sqlite3* db, const RecordClass& record_class, const 
   if (!rows.Start()) return std::nullopt;
   if (!sqlite3_get_autocommit(db) && RollsBack(db, table)) return std::nullopt;
 
-  DocumentSavepoint savepoint(db);
+  Savepoint savepoint(db);
   int code = savepoint.code();
   if (code == SQLITE_OK) {
     Statement insert(db, table.insert_document());
     BindRows(insert, 1, rows);
     code = insert.Step();
   }
-  if (code == SQLITE_DONE) code = savepoint.Keep();
+  if (code == SQLITE_DONE) code = savepoint.Commit();
   const bool settled = code == SQLITE_DONE || code == SQLITE_BUSY || savepoint.LostTransaction();
   return settled ? std::optional(code) : std::nullopt;
 }

@@ -1,8 +1,8 @@
 /* The version of WexPolicy: told here, and taken from here by everything else. For C, C++ and
  * resource compilers. */
 
-#ifndef WEXPOL_VERSION_H_
-#define WEXPOL_VERSION_H_
+#ifndef WEXPOL_PLATFORM_VERSION_H_
+#define WEXPOL_PLATFORM_VERSION_H_
 
 #define WEXPOL_VERSION_MAJOR 1
 #define WEXPOL_VERSION_MINOR 0
@@ -14,4 +14,4 @@
 #define WEXPOL_VERSION \
   WEXPOL_VERSION_TEXT(WEXPOL_VERSION_MAJOR, WEXPOL_VERSION_MINOR, WEXPOL_VERSION_PATCH)
 
-#endif /* WEXPOL_VERSION_H_ */
+#endif /* WEXPOL_PLATFORM_VERSION_H_ */

@@ -7,6 +7,7 @@
 
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "wexpol/records/global_table_list.h"
 #include "wexpol/records/global_tables.h"
 
 namespace wexpolctl {

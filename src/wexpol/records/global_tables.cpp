@@ -1,17 +1,28 @@
 #include "wexpol/records/global_tables.h"
 
-#include <cerrno>
 #include <cstdlib>
+#include <string_view>
 
 #include "wexpol/records/document.h"
+#include "wexpol/records/global_table_list.h"
 #include "wexpol/records/json_text.h"
 #include "wexpol/records/scopes.h"
+
+namespace {
+
+wexpol::Statement MaxVersion(sqlite3* db, std::string_view table) {
+  for (const wexpol::GlobalTable& known : wexpol::kGlobalTables) {
+    if (known.name == table) return wexpol::Statement(db, known.max_version);
+  }
+  return wexpol::Statement::Composed(db, "SELECT max(row_version) FROM " + std::string(table));
+}
+
+}  // namespace
 
 std::string CGlobalTables::GetMaxRowVersion(std::uint64_t& emptyMask, sqlite3* db,
                                             const char* table, std::uint64_t bit) const {
   std::int64_t version = 0;
-  wexpol::Statement select =
-      wexpol::Statement::Composed(db, std::string("SELECT max(row_version) FROM ") + table);
+  wexpol::Statement select = MaxVersion(db, table);
   if (select.StepRow()) version = select.Int64(0);
   if (version == 0) emptyMask |= bit;
   return std::to_string(static_cast<std::int64_t>(bit)) + "," + std::to_string(version);

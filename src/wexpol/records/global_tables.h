@@ -10,28 +10,6 @@
 
 struct sqlite3;
 
-namespace wexpol {
-
-struct GlobalTable {
-  const char* name;
-  std::uint64_t bit;
-};
-
-// In report order. The bit of time_zones stands apart from the run of the others.
-inline constexpr GlobalTable kGlobalTables[] = {
-    {"categories", 0x8000000},
-    {"icat_keywords", 0x10000000},
-    {"never_block_apps", 0x20000000},
-    {"never_block_domains", 0x40000000},
-    {"safe_search_parameters", 0x80000000},
-    {"service_configurations", 0x100000000},
-    {"services", 0x200000000},
-    {"time_servers", 0x400000000},
-    {"time_zones", 0x20000000000},
-};
-
-}  // namespace wexpol
-
 // Nine tables are the same for all customers and carry a row_version. Each has a bit of its own in
 // a 64-bit mask; the console assigns the bits.
 class WEXPOL_API CGlobalTables {

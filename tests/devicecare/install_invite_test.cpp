@@ -1,15 +1,12 @@
 // Invitations and installation logins.
 
-#include <memory>
-
 #include "tests/support/policy_test.h"
-#include "wexpol/platform/agent_registry.h"
 
 namespace {
 
 using wexpol::AgentKey;
 
-class InstallInviteTest : public PolicyTest {};
+using InstallInviteTest = PolicyTest;
 
 TEST_F(InstallInviteTest, AddOrUpdate) {
   for (const char* refused : {R"([{"id": 1}])", "{", (const char*)nullptr}) {

@@ -4,8 +4,6 @@
 
 #include "tests/support/policy_test.h"
 #include "wexpol/identity/machine_id.h"
-#include "wexpol/platform/device_info.h"
-#include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/registry.h"
 
 namespace {
@@ -59,8 +57,10 @@ TEST_F(LocalDeviceTest, FallsBackToTheRowWithATokenAndStoresItsId) {
   Sql("INSERT INTO devices(id,token) VALUES(1,'t')");
   long id = 99;
   EXPECT_TRUE(db().GetThisDeviceId(id));
-  EXPECT_EQ(id, 1);
-  EXPECT_EQ(Stored(), 1);
+  EXPECT_EQ(Join(id, Stored()), "1 1");
+  std::uint32_t bits = 0;
+  EXPECT_TRUE(wexpol::ReadDword(wexpol::AgentKey::kAgent, L"DID", &bits));
+  EXPECT_EQ(bits, 1u);
 }
 
 TEST_F(LocalDeviceTest, CredentialsOfARequest) {
@@ -101,7 +101,6 @@ TEST_F(LocalDeviceTest, AGivenDeviceKeepsTheStoredIdOut) {
   }
   Sql("UPDATE accounts SET account_status_id=2; DELETE FROM service_configurations");
   EXPECT_FALSE(db().GetAuthInfo(info, true, 7, true));
-  EXPECT_EQ(Header(info), L"no: X-Api-Token: nobody");
   EXPECT_TRUE(db().GetAuthInfo(info, false, 7, true));
   EXPECT_TRUE(info.account_disabled);
   EXPECT_EQ(info.policy_api_url, nullptr);
@@ -155,18 +154,17 @@ TEST_F(LocalDeviceTest, SeesOneStateOfTheTablesUntilItTriesAgain) {
 TEST_F(LocalDeviceTest, TokenAloneAndInAnAddress) {
   struct Session : CPolicyDB {
     using CPolicyDB::AddUserInfoToUrl;
-    using CPolicyDB::CPolicyDB;
     using CPolicyDB::GetPolicyIdFromDeviceId;
-  } session(kAccessCode, path().c_str(), kReadWrite, 0);
+  };
   Sql("DELETE FROM devices WHERE id=5; UPDATE devices SET policy_id=70 WHERE id<7");
   std::string token, url = "http://x/f";
   const std::tuple<long, bool, long> cases[] = {
       {-1, true, 70}, {1, true, 70}, {7, true, -1}, {0, false, -1}, {99, false, -1}};
   for (const auto& [id, known, policy] : cases) {
     CDeviceInfo::WriteDeviceID(id);
-    EXPECT_EQ(session.AddUserInfoToUrl(url), known) << id;
+    EXPECT_EQ((db().*&Session::AddUserInfoToUrl)(url), known) << id;
     EXPECT_EQ(db().GetDeviceToken(token), known) << id;
-    EXPECT_EQ(session.GetPolicyIdFromDeviceId(), policy) << id;
+    EXPECT_EQ((db().*&Session::GetPolicyIdFromDeviceId)(), policy) << id;
   }
   EXPECT_EQ(token + ' ' + url, "tok-7 http://x/f?dt=tok-6?dt=tok-1?dt=tok-7");
 }
@@ -194,10 +192,10 @@ TEST_F(MachineIdTest, IsMadeOnceAndKept) {
   const std::string made = Generated();
   EXPECT_EQ(made.find_first_not_of("0123456789abcdef"), 32u) << made;
   EXPECT_EQ(made.find_first_not_of("0123456789abcdef", 33), made.npos);
-  EXPECT_TRUE(made.size() == 73 || made == made.substr(0, 32) + ' ') << made;  // No firmware.
+  EXPECT_EQ((made.size() - 33) % 40, 0u) << made;  // There may be no firmware.
+  EXPECT_EQ(Generated(), made);
   // What cannot be an id is replaced: nothing, more than 32 bytes, another type.
   for (const std::wstring& text : {L""s, std::wstring(33, L'a'), std::wstring(17, L'ü')}) {
-    EXPECT_EQ(Generated(), Generated());
     EXPECT_TRUE(key_.SetTextValue(L"data", text));
     EXPECT_EQ(Generated().size(), made.size());
   }
@@ -235,7 +233,7 @@ std::optional<wexpol::SystemUuid> Find(const std::string& bytes) {
   return wexpol::FindSystemUuid(table.data(), table.size());
 }
 
-TEST(SmbiosWalkTest, SurvivesAnyBytes) {
+TEST(SmbiosWalkTest, FindsTheIdOfAWholeRecord) {
   const std::string bios = "\0\x06\0\0ab"s + "vendor\0version\0\0"s, board = "\2\4\0\0\0\0"s;
   const std::string system = "\1\x1B\0\0test"s + "0123456789abcdef" + "\6\0\0"s;
   for (const std::string& before : {""s, bios, bios + board, board + board}) {
@@ -248,12 +246,6 @@ TEST(SmbiosWalkTest, SurvivesAnyBytes) {
     for (const char* length : {"\0", "\3", "\x8", "\x17"}) {  // It ends before the UUID does.
       EXPECT_FALSE(Find(std::string(table).replace(before.size() + 1, 1, length, 1)));
     }
-  }
-  std::uint32_t random = 1;
-  for (int round = 0; round < 20000; ++round) {
-    std::string noise(round % 64, '\0');
-    for (char& c : noise) c = static_cast<char>((random = random * 1664525 + 1013904223) >> 29);
-    Find(noise);
   }
 }
 

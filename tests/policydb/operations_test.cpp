@@ -1,14 +1,20 @@
-// Every operation of the session: which table it works on, and that it fails once it is closed.
+// Every operation of the session: which table it works on, that it fails once it is closed, and
+// that a question reads the file once.
 
 #include <concepts>
 #include <type_traits>
 
 #include "tests/support/policy_test.h"
 #include "wexpol/catalog/catalog.h"
+#include "wexpol/policydb/connection.h"
 
 namespace {
 
 using S = CPolicyDB;
+struct Protected : S {
+  using S::AddUserInfoToUrl;
+  using S::GetPolicyIdFromDeviceId;
+};
 
 // A record of any table: it has every key that one of them requires.
 constexpr char kDocument[] =
@@ -115,16 +121,91 @@ constexpr int kFailure<int> = SQLITE_MISUSE;
 template <>
 constexpr auto kFailure<PASSWORD_VALIDATION_RESULT> = PASSWORD_DB_ERROR;
 
+template <auto... kOperations>
+struct Operations {};
+
+using Lists =
+    Operations<&S::GetDevices, &S::GetNics, &S::GetLogins, &S::GetLoginDetails,
+               &S::GetDeviceServices, &S::GetAllServiceConfigurations, &S::GetCategories,
+               &S::GetFilterSettings, &S::GetFilterUrls, &S::GetFilterCategories, &S::GetProxyPorts,
+               &S::GetSafeSearchParameters, &S::GetIcatKeywords, &S::GetNeverBlockApps,
+               &S::GetNeverBlockDomains, &S::GetApps, &S::GetAppControls, &S::GetAppControlApps,
+               &S::GetInstallationLogins, &S::GetAlertEventTypes, &S::GetRecords,
+               static_cast<bool (S::*)(std::list<CDeviceBackupDetail*>&, const char*, long)>(
+                   &S::GetDeviceBackupDetails)>;
+using Questions = Operations<
+    &S::GetDevice, &S::GetNic, &S::GetDeviceID, &S::DoesMacAddrExist, &S::GetThisDevice,
+    &S::GetThisDeviceId, &S::GetDeviceToken, &S::GetAuthInfo, &Protected::AddUserInfoToUrl,
+    &Protected::GetPolicyIdFromDeviceId, &S::GetMasterAgentForThisLAN, &S::IsDeviceDetectionEnabled,
+    &S::GetDeviceGroupName, &S::GetLogin, &S::GetLoginId, &S::CheckLoginDetails, &S::GetPolicy,
+    &S::GetPolicyId, &S::IsValidPassword, &S::GetAuthLog, &S::GetDeviceService,
+    &S::IsDeviceServiceAvailable, &S::GetServicesMarkedForAutoUpgrade, &S::GetAvComponents,
+    &S::IsServiceInstallNeeded, &S::IsServiceInstalled, &S::IsServiceInstalledAndEnabled,
+    &S::IsServiceEnabled, &S::IsServiceAvailable, &S::GetDeviceSubserviceVersion,
+    &S::GetGlobalConfiguration, &S::GetNoCacheCategories, &S::GetSwgSettings, &S::GetApp,
+    &S::IsAppControlled, &S::IsAppMonitored, &S::GetRemoteControlSettingIdForThisDevice,
+    &S::GetRemoteControlSetting, &S::IsVncConnectionAllowed, &S::GetRestartPolicySettings,
+    &S::GetSupportDisplaySettings, &S::IsSupportDisplaySettingsAvailable,
+    &S::GetAccountBackupDetails, &S::GetDeviceBackupStatistics, &S::IsOnlineBackupAllowed,
+    &S::GetTimeInfo, &S::GetInstallInvite, &S::GetLumoraDownloadUrlFromInstallInvite,
+    &S::IsAutoAcknowledgeEnabled, &S::GetSalesAlertOptions, &S::DidWeSendThisTypeOfAlert,
+    &S::DidWeSendThisTypeOfAlertBeforeThisTime, &S::GetAlertCheckTime, &S::GetAlertCheckTimerValues,
+    &S::GetNxbAvSetting, &S::GetLastScanSummary, static_cast<bool (S::*)(CAccount&)>(&S::GetRecord),
+    static_cast<bool (S::*)(CAppearance*)>(&S::GetRecord),
+    static_cast<bool (S::*)(std::string&, const char*, short) const>(&S::GetServiceConfiguration),
+    static_cast<bool (S::*)(bool&, const char*, short) const>(&S::GetServiceConfiguration),
+    static_cast<bool (S::*)(CDeviceBackupDetail*, long)>(&S::GetDeviceBackupDetails),
+    static_cast<bool (S::*)(CAlertEventType*, long)>(&S::GetAlertEventType),
+    static_cast<bool (S::*)(CAlertEventType*, short)>(&S::GetAlertEventType)>;
+// With what asks no table, or several.
+using Writes = Operations<
+    &S::IsValidDB, &S::CheckIntegrity, &S::IsProvisioned, &S::Transaction,
+    &S::AddGlobalConfigurations, &S::ClearAndAddProxyPorts, &S::AddOrUpdateInstallInite,
+    &S::AddDevice, &S::UpdateDevices, &S::UpdateNics, &S::DeleteDevice, &S::DeleteNic,
+    &S::WriteDeviceIdToRegistry, &S::SetDeviceStatus, &S::UpdateLoginDetails, &S::SetAuthLog,
+    &S::SetDeviceServiceInfo, &S::UpdateDeviceSubserviceVersion, &S::SetServiceConfigurationRaw,
+    &S::IsServiceBridgeInstallFlowEnabled, &S::SetGlobalConfiguration, &S::AnyMoviesAndTvCategories,
+    &S::IsPornCategoryPresent, &S::AddFilterUrl, &S::DeleteAppControlAppFromDB,
+    &S::AddAppChecksumToDB, &S::GetAlertLogs, &S::AddAlertLog, &S::DeleteAlertLogs,
+    &S::DeleteAlertLog, &S::AddAlertSent, &S::RemoveAlertSent, &S::UpdateAlertCheck,
+    &S::SetLastScanSummary, &S::ReadServiceAttemptsFromRegistry, &S::SetServiceStatus,
+    &S::HasExceededServiceInstallAttempts, &S::HasExceededServiceDownloadAttempts,
+    static_cast<long (S::*)(const CAlertEventType*, const char*)>(&S::AddAlertLogBuffer),
+    static_cast<bool (S::*)(std::vector<long>&, short, const char*)>(&S::AddAlertLogBuffer)>;
+
 class OperationsTest : public PolicyTest {
  protected:
   template <auto... kOperations>
-  void ExpectFailures() {
+  void ExpectFailures(Operations<kOperations...>) {
     (ExpectFailure<kOperations>(), ...);
   }
   template <auto kOperation>
   void ExpectFailure() {
     const auto answer = Call(db(), kOperation);
     EXPECT_EQ(answer, kFailure<std::remove_const_t<decltype(answer)>>) << __PRETTY_FUNCTION__;
+  }
+
+  // Asks each of them, and looks at how much was counted of it.
+  template <auto... kOperations, typename Check>
+  void AskAndCount(Operations<kOperations...>, Check check) {
+    (AskAndCount<kOperations>(check), ...);
+  }
+  template <auto kOperation, typename Check>
+  void AskAndCount(Check check) {
+    SCOPED_TRACE(__PRETTY_FUNCTION__);
+    counted_ = 0;
+    Call(db(), kOperation);
+    check();
+  }
+  static inline int counted_ = 0;
+
+  void FillForQuestions() {
+    CDeviceInfo::WriteDeviceID(1L);
+    Sql("INSERT INTO accounts VALUES(1,1033,1,1); INSERT INTO policies(id) VALUES(2);"
+        "INSERT INTO devices(id,account_id,policy_id,token,device_group_id,time_zone_id) "
+        "VALUES(1,1,2,'t',1,0); INSERT INTO device_groups(id) VALUES(1);"
+        "INSERT INTO logins(id,device_id,name,policy_id) VALUES(1,1,'n',2);"
+        "INSERT INTO service_configurations(id,key,value) VALUES(1,'policy_api_url','u')");
   }
 
   // Two rows with the ids 1 and 2, listed by their id and all together.
@@ -198,62 +279,19 @@ TEST_F(OperationsTest, FailsOnAClosedSession) {
   for (const auto& [table, fill, clear] : kFilled) {
     EXPECT_FALSE((db().*fill)(kDocument)) << table;
     EXPECT_FALSE((db().*fill)("[]")) << table;
+    EXPECT_EQ(db().GetError(), R"({"code": 21,"desc": "bad parameter or other API misuse"})");
+    EXPECT_FALSE((db().*fill)("[")) << table;
+    EXPECT_EQ(db().GetError(), R"({"desc": "Error parsing json"})") << "told first";
     if (!clear) continue;
     EXPECT_FALSE((db().*clear)()) << table;
   }
-  EXPECT_NE(db().GetError().find("\"code\": 21"), std::string::npos) << db().GetError();
-  ExpectFailures<&S::GetDevices, &S::GetNics, &S::GetLogins, &S::GetLoginDetails,
-                 &S::GetDeviceServices, &S::GetAllServiceConfigurations, &S::GetCategories,
-                 &S::GetFilterSettings, &S::GetFilterUrls, &S::GetFilterCategories,
-                 &S::GetProxyPorts, &S::GetSafeSearchParameters, &S::GetIcatKeywords,
-                 &S::GetNeverBlockApps, &S::GetNeverBlockDomains, &S::GetApps, &S::GetAppControls,
-                 &S::GetAppControlApps, &S::GetInstallationLogins, &S::GetAlertEventTypes,
-                 &S::GetAlertLogs, &S::GetRecords>();
-  ExpectFailures<
-      &S::IsValidDB, &S::CheckIntegrity, &S::IsProvisioned, &S::Transaction,
-      &S::AddGlobalConfigurations, &S::ClearAndAddProxyPorts, &S::AddOrUpdateInstallInite,
-      &S::AddDevice, &S::UpdateDevices, &S::UpdateNics, &S::DeleteDevice, &S::DeleteNic,
-      &S::GetDevice, &S::GetNic, &S::GetDeviceID, &S::DoesMacAddrExist, &S::GetThisDevice,
-      &S::GetThisDeviceId, &S::GetDeviceToken, &S::GetAuthInfo, &S::WriteDeviceIdToRegistry,
-      &S::GetMasterAgentForThisLAN, &S::IsDeviceDetectionEnabled, &S::SetDeviceStatus,
-      &S::GetDeviceGroupName, &S::GetLogin, &S::GetLoginId, &S::CheckLoginDetails,
-      &S::UpdateLoginDetails, &S::GetPolicy, &S::GetPolicyId, &S::IsValidPassword, &S::SetAuthLog,
-      &S::GetAuthLog, &S::GetDeviceService, &S::IsDeviceServiceAvailable, &S::SetDeviceServiceInfo,
-      &S::GetServicesMarkedForAutoUpgrade, &S::GetAvComponents, &S::IsServiceInstallNeeded,
-      &S::IsServiceInstalled, &S::IsServiceInstalledAndEnabled, &S::IsServiceEnabled,
-      &S::IsServiceAvailable, &S::GetDeviceSubserviceVersion, &S::UpdateDeviceSubserviceVersion,
-      &S::SetServiceConfigurationRaw, &S::IsServiceBridgeInstallFlowEnabled,
-      &S::GetGlobalConfiguration, &S::SetGlobalConfiguration, &S::AnyMoviesAndTvCategories,
-      &S::IsPornCategoryPresent, &S::GetNoCacheCategories, &S::AddFilterUrl, &S::GetSwgSettings,
-      &S::GetApp, &S::DeleteAppControlAppFromDB, &S::IsAppControlled, &S::IsAppMonitored,
-      &S::AddAppChecksumToDB, &S::GetRemoteControlSettingIdForThisDevice,
-      &S::GetRemoteControlSetting, &S::IsVncConnectionAllowed, &S::GetRestartPolicySettings,
-      &S::GetSupportDisplaySettings, &S::IsSupportDisplaySettingsAvailable,
-      &S::GetAccountBackupDetails, &S::GetDeviceBackupStatistics, &S::IsOnlineBackupAllowed,
-      &S::GetTimeInfo, &S::GetInstallInvite, &S::GetLumoraDownloadUrlFromInstallInvite,
-      &S::IsAutoAcknowledgeEnabled, &S::GetSalesAlertOptions, &S::AddAlertLog, &S::DeleteAlertLogs,
-      &S::DeleteAlertLog, &S::AddAlertSent, &S::RemoveAlertSent, &S::DidWeSendThisTypeOfAlert,
-      &S::DidWeSendThisTypeOfAlertBeforeThisTime, &S::UpdateAlertCheck, &S::GetAlertCheckTime,
-      &S::GetAlertCheckTimerValues, &S::GetNxbAvSetting, &S::GetLastScanSummary,
-      &S::SetLastScanSummary>();
-  ExpectFailures<
-      static_cast<bool (S::*)(CAccount&)>(&S::GetRecord),
-      static_cast<bool (S::*)(CAppearance*)>(&S::GetRecord),
-      static_cast<bool (S::*)(std::string&, const char*, short) const>(&S::GetServiceConfiguration),
-      static_cast<bool (S::*)(bool&, const char*, short) const>(&S::GetServiceConfiguration),
-      static_cast<bool (S::*)(CDeviceBackupDetail*, long)>(&S::GetDeviceBackupDetails),
-      static_cast<bool (S::*)(std::list<CDeviceBackupDetail*>&, const char*, long)>(
-          &S::GetDeviceBackupDetails),
-      static_cast<bool (S::*)(CAlertEventType*, long)>(&S::GetAlertEventType),
-      static_cast<bool (S::*)(CAlertEventType*, short)>(&S::GetAlertEventType),
-      static_cast<long (S::*)(const CAlertEventType*, const char*)>(&S::AddAlertLogBuffer),
-      static_cast<bool (S::*)(std::vector<long>&, short, const char*)>(&S::AddAlertLogBuffer)>();
-  // Those that ask the registry, or nobody; and the period of a timer that cannot be started.
-  ExpectFailures<&S::ReadServiceAttemptsFromRegistry, &S::SetServiceStatus,
-                 &S::HasExceededServiceInstallAttempts, &S::HasExceededServiceDownloadAttempts>();
+  ExpectFailures(Lists{});
+  ExpectFailures(Questions{});
+  ExpectFailures(Writes{});
   EXPECT_EQ(db().IncrementServiceAttempts(1, L"%02d"), -1);
   EXPECT_EQ(db().IncrementServiceInstallAttempts(1), -1);
   EXPECT_EQ(db().IncrementServiceDownloadAttempts(1), -1);
+  // Those that ask the registry, or nobody; and the period of a timer that cannot be started.
   EXPECT_TRUE(db().WriteServiceAttemptsToRegistry(1, 2, L"SIA%02d"));
   EXPECT_TRUE(db().IsFilterMachineOriented());
   EXPECT_EQ(db().GetAlertSecondsRemaining(1, 60), 60);
@@ -261,6 +299,49 @@ TEST_F(OperationsTest, FailsOnAClosedSession) {
   std::string report;
   db().GetGlobalTableJson(mask, report);
   EXPECT_EQ(mask, 0x207F8000000u);
+}
+
+// A read that begins while none is open locks the file, checks its header and decrypts it.
+TEST_F(OperationsTest, AQuestionIsOneRead) {
+  FillForQuestions();
+  sqlite3* const engine = wexpol::HandleOf(db());
+  const auto on_statement = [](unsigned, void* db, void* statement, void*) {
+    const bool reads_rows = sqlite3_column_count(static_cast<sqlite3_stmt*>(statement)) > 0;
+    const bool is_open = sqlite3_txn_state(static_cast<sqlite3*>(db), nullptr) != SQLITE_TXN_NONE;
+    counted_ += reads_rows && !is_open;
+    return 0;
+  };
+  sqlite3_trace_v2(engine, SQLITE_TRACE_STMT, on_statement, engine);
+  int all = 0;
+  AskAndCount(Questions{}, [&all] {
+    EXPECT_LE(counted_, 1);
+    all += counted_;
+  });
+  EXPECT_GT(all, 50);
+  CAppControlInfo program;
+  std::map<long, long> timers;
+  EXPECT_FALSE(db().IsAppControlled(program, "known.exe", nullptr, 0));
+  counted_ = 0;
+  EXPECT_FALSE(db().IsAppMonitored(program, "known.exe", nullptr, 0));
+  EXPECT_EQ(std::exchange(counted_, 0), 1);
+  EXPECT_TRUE(db().GetAlertCheckTimerValues(timers, nullptr, 0, nullptr));
+  EXPECT_EQ(counted_, 1);
+  sqlite3_trace_v2(engine, 0, nullptr, nullptr);
+}
+
+// Of what is prepared, the engine asks whether it may.
+TEST_F(OperationsTest, AnIdleStatementIsFoundAgain) {
+  FillForQuestions();
+  sqlite3_set_authorizer(
+      wexpol::HandleOf(db()),
+      [](void*, int, const char*, const char*, const char*, const char*) {
+        return ++counted_, SQLITE_OK;
+      },
+      nullptr);
+  int all = 0;
+  AskAndCount(Questions{}, [&all] { all += counted_; });
+  EXPECT_GT(all, 100);
+  AskAndCount(Questions{}, [] { EXPECT_EQ(counted_, 0); });
 }
 
 }  // namespace

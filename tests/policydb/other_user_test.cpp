@@ -11,13 +11,8 @@
 
 #include "tests/support/policy_test.h"
 #include "tools/provision/provision.h"
-#include "wexpol/platform/agent_registry.h"
 #include "wexpol/platform/diagnostic_log.h"
-#include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/file_rights.h"
-#include "wexpol/platform/files.h"
-#include "wexpol/platform/testing.h"
-#include "wexpol/platform/text.h"
 
 namespace {
 

@@ -7,8 +7,6 @@
 #include "tests/support/child_process.h"
 #include "tests/support/policy_test.h"
 #include "wexpol/platform/file_rights.h"
-#include "wexpol/platform/files.h"
-#include "wexpol/platform/text.h"
 #include "wexpol/policydb/database_key.h"
 
 #ifdef _WIN32

@@ -1,41 +1,22 @@
-// The session: search, open, copy, restore, integrity, transactions.
+// The session: search, open, copy, integrity, transactions; what a restore leaves for everybody who
+// has the file open, and a full disk of a synchronisation.
 
 #include <filesystem>
-#include <functional>
 
 #include "tests/support/child_process.h"
 #include "tests/support/policy_test.h"
-#include "tools/provision/provision.h"
-#include "wexpol/platform/device_info.h"
-#include "wexpol/platform/file_paths.h"
-#include "wexpol/platform/files.h"
-#include "wexpol/platform/text.h"
+#include "wexpol/platform/named_mutex.h"
 #include "wexpol/policydb/connection.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-// A database file whose account id tells which file was opened.
-void Provision(const std::wstring& file, int account_id) {
-  std::string error;
-  ASSERT_TRUE(wexpol::CreateDatabase(file, error)) << error;
-  CPolicyDB db(kAccessCode, file.c_str(), kReadWrite, 100);
-  const std::string json = "{\"id\": " + std::to_string(account_id) + ", \"locale_id\": 1}";
-  ASSERT_TRUE(db.ClearAndAddAccounts(json.c_str()));
-}
-
-int AccountOf(CPolicyDB& db) {
-  CAccount account;
-  db.GetRecord(account);
-  return account.id;
-}
-
 // Succeeds when the search from the folder opens the file of that account; none is 0.
 const ChildFunction kSearch("search", [](const Arguments& arguments) {
   fs::current_path(wexpol::Utf8ToWide(arguments[0]));
   CPolicyDB db(kAccessCode, kReadWrite, 100);
-  return (db.IsValidDB() ? AccountOf(db) : 0) == std::stoi(arguments[1]) ? 0 : 1;
+  return AccountOf(db) == std::stoi(arguments[1]) ? 0 : 1;
 });
 
 class SearchTest : public ::testing::Test {
@@ -95,10 +76,6 @@ TEST_F(SearchTest, AWrongAccessCodeThrowsZero) {
 class SessionTest : public PolicyTest {
  protected:
   void SetUp() override { ASSERT_TRUE(db().ClearAndAddAccounts("{\"id\": 5, \"locale_id\": 1}")); }
-
-  static bool Execute(CPolicyDB& session, const char* sql) {
-    return sqlite3_exec(wexpol::HandleOf(session), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-  }
 };
 
 TEST_F(SessionTest, OpenAnswersTheEnginesCode) {
@@ -151,37 +128,17 @@ TEST_F(SessionTest, TransactionsAreOneStatementEach) {
   EXPECT_EQ(db().GetError(), "");
 }
 
-TEST_F(SessionTest, RestorePutsTheBackupInPlace) {
-  EXPECT_TRUE(db().RestoreDB());  // Without a backup it only opens.
-  EXPECT_EQ(AccountOf(db()), 5);
-  Provision(CFilePaths::GetLocationBackupDB(), 9);
-  CloseAll();
-  WriteBytes(path(), "no database at all");
-  WriteBytes(path() + L"-wal", "left over");
-  CPolicyDB broken(kAccessCode, path().c_str(), kReadWrite, 100);
-  EXPECT_FALSE(broken.CheckIntegrity());
-  EXPECT_TRUE(broken.RestoreDB());
-  EXPECT_EQ(AccountOf(broken), 9);
-  EXPECT_TRUE(broken.CheckIntegrity());
-  broken.CloseDB();
-  wexpol::RemoveFile(CFilePaths::GetLocationBackupDB());
-  wexpol::RemoveFile(path());
-  EXPECT_FALSE(broken.RestoreDB());
-  EXPECT_FALSE(broken.IsValidDB());
-}
-
 TEST_F(SessionTest, AFileWithoutItsTablesIsNotProvisioned) {
   EXPECT_TRUE(db().IsProvisioned());
   for (const char* lost : {"DROP TABLE alerts_sent", "DROP VIEW remote_control_settings",
                            "ALTER TABLE accounts RENAME id TO number"}) {
-    ASSERT_TRUE(Execute(db(), "BEGIN")) << lost;
-    ASSERT_TRUE(Execute(db(), lost)) << lost;
+    SqlOn(wexpol::HandleOf(db()), std::string("BEGIN;") + lost);
     EXPECT_FALSE(db().IsProvisioned()) << lost;
-    ASSERT_TRUE(Execute(db(), "ROLLBACK")) << lost;
+    SqlOn(wexpol::HandleOf(db()), "ROLLBACK");
   }
   CloseAll();
   WriteBytes(path(), "");
-  CPolicyDB empty(kAccessCode, path().c_str(), kReadWrite, 100);
+  CPolicyDB empty = Open();
   EXPECT_TRUE(empty.CheckIntegrity());
   EXPECT_FALSE(empty.IsProvisioned());
 }
@@ -195,7 +152,7 @@ TEST_F(SessionTest, AChangedPageIsRefused) {
   EXPECT_EQ(sound.find("devices"), std::string::npos);  // Nothing lies there in clear.
   const auto intact = [&](const std::string& bytes) {
     WriteBytes(path(), bytes);
-    return CPolicyDB(kAccessCode, path().c_str(), kReadWrite, 100).CheckIntegrity();
+    return Open().CheckIntegrity();
   };
   EXPECT_TRUE(intact(sound));
   for (std::size_t at = 100; at < sound.size(); at += 4096) {
@@ -207,118 +164,163 @@ TEST_F(SessionTest, AChangedPageIsRefused) {
   EXPECT_FALSE(intact(std::string(8192, '\0')));
 }
 
-// Speed, told by counting what the engine is asked to do.
-class EffortTest : public PolicyTest {
+constexpr int kOld = 5, kBackup = 9;
+constexpr wchar_t kRestored[] = L"Global\\Restored";
+
+std::size_t LoginsOf(CPolicyDB& db) {
+  RecordList<CLogin> logins;
+  return db.GetLogins(logins.list, nullptr, 0) ? logins.list.size() : 0;
+}
+
+// Writes rows into the log and keeps the file open; once it is restored, reads, writes and reads.
+int HoldAndLook(const Arguments&) {
+  CPolicyDB db(kAccessCode, CFilePaths::GetLocationDB().c_str(), kReadWrite, 20'000);
+  sqlite3_exec(wexpol::HandleOf(db), "PRAGMA wal_autocheckpoint=0", nullptr, nullptr, nullptr);
+  std::string rows = "[{\"id\": 1}";
+  for (int id = 2; id <= 3500; ++id) rows += ",{\"id\": " + std::to_string(id) + "}";
+  wexpol::NamedMutex restored(kRestored);
+  if (!db.Transaction(TRANSACTION_BEGIN) || !db.AddLogins((rows + "]").c_str()) ||
+      !db.Transaction(TRANSACTION_COMMIT)) {
+    return 2;
+  }
+  if (restored.Wait(60'000) != wexpol::NamedMutex::WaitResult::kObtained) return 3;
+  if (AccountOf(db) != kBackup || LoginsOf(db) != 0) return 4;
+  return db.AddLogins("{\"id\": 7}") && LoginsOf(db) == 1 && db.CheckIntegrity() ? 0 : 5;
+}
+const ChildFunction kHoldAndLook("restore_hold_and_look", HoldAndLook);
+
+class RestoreTest : public PolicyTest {
  protected:
-  EffortTest() {
-    CDeviceInfo::WriteDeviceID(1L);
-    Sql("INSERT INTO accounts VALUES(1,1033,1,1); INSERT INTO policies(id) VALUES(2);"
-        "INSERT INTO devices(id,account_id,policy_id,token,device_group_id,time_zone_id) "
-        "VALUES(1,1,2,'t',1,0); INSERT INTO device_groups(id) VALUES(1);"
-        "INSERT INTO logins(id,device_id,name,policy_id) VALUES(1,1,'n',2);"
-        "INSERT INTO app_files VALUES(1,1,'known.exe')");
+  void SetUp() override {
+    Provision(backup_, kBackup);
+    EXPECT_TRUE(db().ClearAndAddAccounts(R"({"id": 5, "locale_id": 1})"));
   }
 
-  // Of what is prepared from now on, the engine asks whether it may.
-  void Count(CPolicyDB& session) {
-    sqlite3_set_authorizer(
-        wexpol::HandleOf(session),
-        [](void* asked, int, const char*, const char*, const char*, const char*) {
-          return ++*static_cast<int*>(asked), SQLITE_OK;
-        },
-        &asked_);
-  }
-  int asked_ = 0;
+  const std::wstring backup_ = CFilePaths::GetLocationBackupDB();
 };
 
-TEST_F(EffortTest, AnIdleStatementIsFoundAgain) {
-  // Set once: it makes the engine prepare anew all that it had.
-  Count(db());
-  const auto questions = [this] {
-    CDevice device;
-    CAppControlInfo info;
-    RecordList<CLogin> logins;
-    std::string text;
-    EXPECT_TRUE(db().GetThisDevice(device));
-    EXPECT_FALSE(db().IsServiceInstalled(1));
-    EXPECT_FALSE(db().GetServiceConfiguration(text, "url", 1));
-    EXPECT_FALSE(db().IsAppControlled(info, "known.exe", nullptr, 0));
-    EXPECT_TRUE(db().GetLogins(logins.list, "device_id", 1));
-  };
-  questions();
-  EXPECT_GT(std::exchange(asked_, 0), 10);
-  questions();
-  EXPECT_EQ(asked_, 0);
+TEST_F(RestoreTest, EveryProcessSeesExactlyTheBackup) {
+  wexpol::NamedMutex restored(kRestored);
+  ASSERT_EQ(restored.Wait(0), wexpol::NamedMutex::WaitResult::kObtained);
+  ChildProcess holder(environment().folder(), "restore_hold_and_look");
+  while (Row("SELECT count(*) FROM logins") != "3500") {
+  }
+  EXPECT_TRUE(db().RestoreDB());
+  EXPECT_EQ(AccountOf(db()), kBackup);
+  EXPECT_EQ(Row("SELECT count(*) FROM logins"), "0") << "seen by a connection from before";
+  restored.Release();
+  EXPECT_TRUE(holder.Succeeded());
+  EXPECT_EQ(LoginsOf(db()), 1u);
+  EXPECT_TRUE(db().CheckIntegrity());
 }
 
-TEST_F(EffortTest, AnInsertIsPreparedOnceForAWholeDocument) {
-  std::string many = "[{\"id\": 1}";
-  for (int i = 2; i <= 500; ++i) many += ",{\"id\": " + std::to_string(i) + "}";
-  many += "]";
-  for (const auto add : {&CPolicyDB::AddNics, &CPolicyDB::AddPolicyServices}) {
-    CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 100);
-    Count(session);
-    asked_ = 0;
-    EXPECT_TRUE((session.*add)(many.c_str()));
-    EXPECT_LE(asked_, 60);
+TEST_F(RestoreTest, ADamagedFileIsReplacedAndItsLogGoesWithIt) {
+  CloseAll();
+  const std::string sound = ReadBytes(path());
+  std::vector<std::string> contents = {"no database at all"};
+  for (const std::size_t at : {100u, 4096u * 3 + 50, 4096u * 20 + 50}) {
+    contents.push_back(sound);
+    contents.back().at(at) ^= 1;
+  }
+  for (const std::string& damaged : contents) {
+    WriteBytes(path(), damaged);
+    WriteBytes(path() + L"-wal", "left over");
+    CPolicyDB db = Open();
+    EXPECT_FALSE(db.CheckIntegrity());
+    EXPECT_TRUE(db.RestoreDB());
+    EXPECT_EQ(AccountOf(db), kBackup);
+    EXPECT_TRUE(db.CheckIntegrity());
   }
 }
 
-// A read that begins while none is open locks the file, checks its header and decrypts it.
-TEST_F(EffortTest, AQuestionIsOneRead) {
-  static int reads;
-  sqlite3* const engine = wexpol::HandleOf(db());
-  const auto on_statement = [](unsigned, void* db, void* statement, void*) {
-    const bool reads_rows = sqlite3_column_count(static_cast<sqlite3_stmt*>(statement)) > 0;
-    reads += reads_rows && sqlite3_txn_state(static_cast<sqlite3*>(db), nullptr) == SQLITE_TXN_NONE;
-    return 0;
+TEST_F(RestoreTest, WithoutABackupItOnlyOpens) {
+  wexpol::RemoveFile(backup_);
+  EXPECT_TRUE(db().RestoreDB());
+  EXPECT_EQ(AccountOf(db()), kOld);
+  CloseAll();
+  wexpol::RemoveFile(path());
+  EXPECT_FALSE(db().RestoreDB());
+  EXPECT_FALSE(db().IsValidDB());
+}
+
+TEST_F(RestoreTest, WhatCannotBeRestoredIsAsItWas) {
+  WriteBytes(backup_, "no database at all");
+  EXPECT_TRUE(db().RestoreDB());
+  EXPECT_EQ(AccountOf(db()), kOld) << "the backup is damaged";
+  EXPECT_TRUE(db().CheckIntegrity());
+  Sql("BEGIN IMMEDIATE");
+  CPolicyDB other = Open(0);
+  EXPECT_TRUE(other.RestoreDB());
+  Sql("COMMIT");
+  EXPECT_EQ(AccountOf(other), kOld) << "somebody writes";
+}
+
+TEST_F(RestoreTest, LookingLeavesNothingBehind) {
+  CloseAll();
+  const auto look = [&] {
+    CPolicyDB db(kAccessCode, L"", kReadWrite, 0);
+    ASSERT_EQ(wexpol::OpenUntouched(db, path(), 0), SQLITE_OK);
+    EXPECT_EQ(AccountOf(db), kOld);
+    EXPECT_FALSE(db.ClearLogins());
   };
-  sqlite3_trace_v2(engine, SQLITE_TRACE_STMT, on_statement, engine);
-  CDevice device, self;
-  CAuthInfo info;
-  CAppControlInfo program;
-  CInstallInvite invite;
-  CRemoteControlSetting setting;
-  CDeviceBackupDetail detail;
-  std::string text;
-  std::wstring name;
-  std::set<short> services;
-  std::set<std::string> servers;
-  std::map<long, long> timers;
-  TIME_ZONE_INFORMATION zone;
-  const std::function<void()> questions[] = {
-      [&] { db().GetThisDevice(device); },
-      [&] { db().GetDevice(&device, 1); },
-      [&] { db().GetDeviceToken(text); },
-      [&] { db().GetMasterAgentForThisLAN(device, self); },
-      [&] { db().IsDeviceDetectionEnabled(); },
-      [&] { db().GetDeviceGroupName(name); },
-      [&] { db().GetLoginId(L"n"); },
-      [&] { db().CheckLoginDetails(L"n", "x"); },
-      [&] { db().GetPolicyId(L"other"); },
-      [&] { db().GetServicesMarkedForAutoUpgrade(services); },
-      [&] { db().IsServiceInstallNeeded(1, -1); },
-      [&] { db().IsServiceInstalledAndEnabled(1); },
-      [&] { db().IsServiceEnabled(1, true); },
-      [&] {
-        db().AnyMoviesAndTvCategories({L"a", L"b"});
+  const std::wstring log = path() + L"-wal", index = path() + L"-shm";
+  EXPECT_EQ(wexpol::FileSize(log), 0u) << "it stays at the close, emptied";
+  const std::string before = ReadBytes(path());
+  look();
+  EXPECT_TRUE(wexpol::RemoveFile(log));
+  EXPECT_TRUE(wexpol::RemoveFile(index));
+  look();
+  EXPECT_FALSE(wexpol::FileExists(path() + L"-*")) << "a lone copy stays alone";
+  EXPECT_EQ(ReadBytes(path()), before);
+}
+
+class DiskFaultTest : public PolicyTest {
+ protected:
+  // Adds 300 logins with room for one more page each time, until all of them fit; `check` gets
+  // whether they did, and how many logins whoever opens the file next finds.
+  template <typename Add, typename Check>
+  void FillUp(Add&& add, Check&& check) {
+    std::string many = "[{\"id\": 1}";
+    for (int i = 2; i <= 300; ++i) many += ",{\"id\": " + std::to_string(i) + "}";
+    many += "]";
+    bool done = false;
+    int rounds = 0;
+    for (int pages = std::stoi(Row("PRAGMA page_count")); !done; ++pages, ++rounds) {
+      CPolicyDB db = Open();
+      SqlOn(wexpol::HandleOf(db), "PRAGMA max_page_count = " + std::to_string(pages));
+      done = add(db, many.c_str());
+      db.CloseDB();
+      EXPECT_TRUE(Open().CheckIntegrity());
+      check(done, Rows("SELECT id FROM logins").size());
+      Sql("DELETE FROM logins; VACUUM");
+    }
+    EXPECT_GE(rounds, 3);
+  }
+};
+
+TEST_F(DiskFaultTest, ATransactionIsStoredWholeOrNotAtAll) {
+  FillUp(
+      [](CPolicyDB& db, const char* json) {
+        return db.Transaction(TRANSACTION_BEGIN) && db.AddLogins(json) &&
+               db.Transaction(TRANSACTION_COMMIT);
       },
-      [&] { db().IsAppControlled(program, "known.exe", nullptr, 0); },
-      [&] { db().IsAppMonitored(program, "known.exe", nullptr, 0); },
-      [&] { db().GetRemoteControlSetting(&setting); },
-      [&] { db().IsVncConnectionAllowed(); },
-      [&] { db().GetDeviceBackupDetails(&detail, 1); },
-      [&] { db().IsOnlineBackupAllowed(nullptr); },
-      [&] { db().GetTimeInfo(&zone, servers); },
-      [&] { db().GetAlertCheckTimerValues(timers, nullptr, 0, nullptr); },
-      [&] { db().IsProvisioned(), db().GetLogin(*std::make_unique<CLogin>(), 1); },
-  };
-  for (std::size_t i = 0; i < std::size(questions); ++i) {
-    reads = 0;
-    questions[i]();
-    EXPECT_EQ(reads, 1) << i;
-  }
-  sqlite3_trace_v2(engine, 0, nullptr, nullptr);
+      [](bool done, std::size_t stored) { EXPECT_EQ(stored, done ? 300u : 0u); });
+}
+
+TEST_F(DiskFaultTest, WithoutATransactionTheRecordsBeforeTheFaultStay) {
+  std::size_t last = 0;
+  FillUp(
+      [](CPolicyDB& db, const char* json) {
+        const bool done = db.AddLogins(json);
+        EXPECT_EQ(db.GetError(), done ? "" : R"({"code": 13,"desc": "database or disk is full"})");
+        return done;
+      },
+      [&last](bool done, std::size_t stored) {
+        EXPECT_GE(stored, last);
+        EXPECT_GT(stored, 0u);
+        EXPECT_EQ(stored == 300, done);
+        last = stored;
+      });
 }
 
 }  // namespace

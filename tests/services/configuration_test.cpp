@@ -1,8 +1,6 @@
 // Configuration values: the three forms of the lookup, and writing them.
 
 #include "tests/support/policy_test.h"
-#include "wexpol/platform/file_paths.h"
-#include "wexpol/platform/testing.h"
 
 namespace {
 
@@ -28,24 +26,28 @@ class ConfigurationTest : public PolicyTest {
 
 TEST_F(ConfigurationTest, LookupsByKeyAndService) {
   Sql("INSERT INTO service_configurations(key,value,service_id) VALUES('url','minus',-1)");
-  EXPECT_EQ(Text("url", 2), "two");
-  EXPECT_EQ(Text("url", 3), "three");
-  for (const short service_id : std::initializer_list<short>{-1, -2, 0, 4, 32767}) {
-    EXPECT_EQ(Text("url", service_id), "unchanged") << service_id;
+  const std::tuple<const char*, int, const char*> cases[] = {{"url", 2, "two"},
+                                                             {"url", 3, "three"},
+                                                             {"url", -1, "unchanged"},
+                                                             {"url", -2, "unchanged"},
+                                                             {"url", 0, "unchanged"},
+                                                             {"url", 4, "unchanged"},
+                                                             {"none", -1, "unchanged"},
+                                                             {"null", 4, "unchanged"},
+                                                             {"URL", 2, "unchanged"},
+                                                             {nullptr, 2, "unchanged"},
+                                                             {"x' OR '1'='1", 2, "unchanged"}};
+  for (const auto& [key, service_id, expected] : cases) {
+    EXPECT_EQ(Text(key, static_cast<short>(service_id)), expected) << service_id;
   }
-  EXPECT_EQ(Text("none", -1), "unchanged");
-  EXPECT_EQ(Text("null", 4), "unchanged");
-  EXPECT_EQ(Text("URL", 2), "unchanged");
-  EXPECT_EQ(Text(nullptr, 2), "unchanged");
-  EXPECT_EQ(Text("x' OR '1'='1", 2), "unchanged");
-
   for (const auto& [key, expected] : {std::pair("url", "two"), std::pair("none", "x")}) {
     const std::unique_ptr<char[]> value(
         CServiceConfiguration::GetServiceConfiguration(handle(), key));
     EXPECT_STREQ(value.get(), expected);
   }
-  EXPECT_EQ(CServiceConfiguration::GetServiceConfiguration(handle(), "null", 4), nullptr);
-  EXPECT_EQ(CServiceConfiguration::GetServiceConfiguration(handle(), nullptr, 4), nullptr);
+  for (const char* key : {"null", static_cast<const char*>(nullptr)}) {
+    EXPECT_EQ(CServiceConfiguration::GetServiceConfiguration(handle(), key, 4), nullptr);
+  }
 }
 
 TEST_F(ConfigurationTest, DownloadAddressIsTheAntivirusSettings) {
@@ -57,22 +59,25 @@ TEST_F(ConfigurationTest, DownloadAddressIsTheAntivirusSettings) {
 }
 
 TEST_F(ConfigurationTest, SetReplacesTheValueOrAddsARow) {
-  EXPECT_TRUE(db().SetServiceConfigurationRaw("new", "url", 0, 3));
-  EXPECT_TRUE(db().SetServiceConfigurationRaw(nullptr, "url", 0, 3));
-  EXPECT_TRUE(db().SetServiceConfigurationRaw("first", "url", 0, 0));
-  EXPECT_TRUE(db().SetServiceConfigurationRaw("it's; --", "a'b", 1, 5));
-  EXPECT_TRUE(db().SetServiceConfigurationRaw(nullptr, std::string(78, 'k').c_str(), 0, -1));
-  const std::string never_found(79, 'k');
-  for (const char* value : {"v", "w"}) {
-    EXPECT_TRUE(db().SetServiceConfigurationRaw(value, never_found.c_str(), 0, 5));
+  const std::string longest(78, 'k'), never_found(79, 'k');
+  const std::tuple<const char*, std::string, bool, int> cases[] = {
+      {"new", "url", false, 3},     {nullptr, "url", false, 3},    {"first", "url", false, 0},
+      {"it's; --", "a'b", true, 5}, {nullptr, longest, false, -1}, {"v", never_found, false, 5},
+      {"w", never_found, false, 5}};
+  for (const auto& [value, key, is_url, service_id] : cases) {
+    EXPECT_TRUE(db().SetServiceConfigurationRaw(value, key.c_str(), is_url,
+                                                static_cast<short>(service_id)));
   }
   EXPECT_FALSE(db().SetServiceConfigurationRaw("v", nullptr, 0, 5));
   EXPECT_EQ(Rows("SELECT * FROM service_configurations"),
             (std::vector<std::string>{
                 "1|2|url|first|1|9", "2|3|url|new|1|NULL", "3|NULL|none|x|NULL|NULL",
                 "4|4|null|NULL|NULL|NULL", "5|5|a'b|it's; --|1|NULL",
-                "6|NULL|" + std::string(78, 'k') + "|NULL|0|NULL",
-                "7|5|" + never_found + "|v|0|NULL", "8|5|" + never_found + "|w|0|NULL"}));
+                "6|NULL|" + longest + "|NULL|0|NULL", "7|5|" + never_found + "|v|0|NULL",
+                "8|5|" + never_found + "|w|0|NULL"}));
+  RecordList<CServiceConfiguration> all;
+  EXPECT_TRUE(db().GetAllServiceConfigurations(all.list));
+  EXPECT_EQ(all.list.size(), 8u);
   CServiceConfiguration record;
   EXPECT_FALSE(record.GetRecord(handle(), "url", 7));
   ASSERT_TRUE(record.GetRecord(handle(), "url", 3));
@@ -116,16 +121,6 @@ TEST_F(ConfigurationTest, GlobalValues) {
   EXPECT_TRUE(record.GetRecord(handle(), 3));
   EXPECT_EQ(Rows("SELECT * FROM global_configurations WHERE id>1"),
             (std::vector<std::string>{"3|3", "32767|→"}));
-}
-
-TEST_F(ConfigurationTest, AllValuesUntilTheSessionIsClosed) {
-  RecordList<CServiceConfiguration> all;
-  EXPECT_TRUE(db().GetAllServiceConfigurations(all.list));
-  EXPECT_EQ(all.list.size(), 4u);
-  db().CloseDB();
-  EXPECT_EQ(Text("url", 2), "unchanged");
-  EXPECT_FALSE(db().SetServiceConfigurationRaw("v", "url", 0, 2));
-  EXPECT_FALSE(db().GetAllServiceConfigurations(all.list));
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 #include <cstdio>
 
 #include "tools/provision/provision.h"
-#include "wexpol/platform/file_paths.h"
-#include "wexpol/platform/text.h"
 
 PolicyTest::PolicyTest() {
   std::string error;
@@ -25,32 +23,28 @@ void PolicyTest::CloseAll() {
   handle_ = nullptr;
 }
 
-void PolicyTest::Sql(const std::string& statements) {
-  EXPECT_EQ(sqlite3_exec(handle_, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-      << statements << ": " << sqlite3_errmsg(handle_);
+void PolicyTest::SqlOn(sqlite3* db, const std::string& statements) {
+  EXPECT_EQ(sqlite3_exec(db, statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+      << statements << ": " << sqlite3_errmsg(db);
 }
 
-std::vector<std::string> PolicyTest::Rows(const std::string& select) {
+std::vector<std::string> PolicyTest::RowsOf(sqlite3* db, const std::string& select) {
   std::vector<std::string> rows;
   sqlite3_stmt* statement = nullptr;
-  EXPECT_EQ(sqlite3_prepare_v2(handle_, select.c_str(), -1, &statement, nullptr), SQLITE_OK)
-      << select << ": " << sqlite3_errmsg(handle_);
+  EXPECT_EQ(sqlite3_prepare_v2(db, select.c_str(), -1, &statement, nullptr), SQLITE_OK)
+      << select << ": " << sqlite3_errmsg(db);
   while (sqlite3_step(statement) == SQLITE_ROW) {
     std::string row;
     for (int column = 0; column < sqlite3_column_count(statement); ++column) {
       if (column) row += '|';
-      if (sqlite3_column_type(statement, column) == SQLITE_BLOB) {
-        const auto* bytes =
-            static_cast<const unsigned char*>(sqlite3_column_blob(statement, column));
-        for (int i = 0; i < sqlite3_column_bytes(statement, column); ++i) {
-          char digits[3];
-          std::snprintf(digits, sizeof digits, "%02x", bytes[i]);
-          row += digits;
-        }
-      } else {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-        row += text ? text : "NULL";
+      const int type = sqlite3_column_type(statement, column);
+      const auto* cell = static_cast<const unsigned char*>(sqlite3_column_blob(statement, column));
+      for (int i = 0; i < sqlite3_column_bytes(statement, column); ++i) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, type == SQLITE_BLOB ? "%02x" : "%c", cell[i]);
+        row += digits;
       }
+      if (type == SQLITE_NULL) row += "NULL";
     }
     rows.push_back(row);
   }
@@ -61,4 +55,17 @@ std::vector<std::string> PolicyTest::Rows(const std::string& select) {
 std::string PolicyTest::Row(const std::string& select) {
   const auto rows = Rows(select);
   return rows.empty() ? std::string() : rows.front();
+}
+
+void Provision(const std::wstring& file, int account_id) {
+  std::string error;
+  ASSERT_TRUE(wexpol::CreateDatabase(file, error)) << error;
+  CPolicyDB db(kAccessCode, file.c_str(), kReadWrite, 100);
+  const std::string json = "{\"id\": " + std::to_string(account_id) + ", \"locale_id\": 1}";
+  ASSERT_TRUE(db.ClearAndAddAccounts(json.c_str()));
+}
+
+int AccountOf(CPolicyDB& db) {
+  CAccount account;
+  return db.GetRecord(account) ? account.id : 0;
 }

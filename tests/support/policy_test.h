@@ -3,7 +3,6 @@
 #ifndef WEXPOL_TESTS_SUPPORT_POLICY_TEST_H_
 #define WEXPOL_TESTS_SUPPORT_POLICY_TEST_H_
 
-#include <gtest/gtest.h>
 #include <sqlite3.h>
 
 #include <list>
@@ -14,6 +13,9 @@
 #include "tests/support/test_environment.h"
 #include "wexpol.h"
 #include "wexpol/records/document.h"
+
+inline constexpr char kAccessCode[] = "60718";
+inline constexpr int kReadWrite = SQLITE_OPEN_READWRITE;
 
 // A fresh provisioned database at the installed location of a folder, registry and clock of its
 // own, with a session and a raw handle on it.
@@ -26,15 +28,23 @@ class PolicyTest : public ::testing::Test {
   // Another connection to the same file, for record operations and for looking at rows.
   sqlite3* handle() { return handle_; }
   TestEnvironment& environment() { return environment_; }
+  FakeClock& clock() { return environment_.clock(); }
   std::wstring path() const;
 
   // Closes both connections, so that the file itself can be worked on.
   void CloseAll();
 
+  // Another session on the same file.
+  CPolicyDB Open(int timeout_ms = 100) {
+    return CPolicyDB(kAccessCode, path().c_str(), kReadWrite, timeout_ms);
+  }
+
   // Runs statements; a failure fails the test.
-  void Sql(const std::string& statements);
+  void Sql(const std::string& statements) { SqlOn(handle_, statements); }
+  static void SqlOn(sqlite3* db, const std::string& statements);
   // The rows of a select: columns joined by '|', NULL as "NULL", blobs as hexadecimal digits.
-  std::vector<std::string> Rows(const std::string& select);
+  std::vector<std::string> Rows(const std::string& select) { return RowsOf(handle_, select); }
+  static std::vector<std::string> RowsOf(sqlite3* db, const std::string& select);
   // The first of them; empty when there is none.
   std::string Row(const std::string& select);
 
@@ -52,9 +62,6 @@ class PolicyTest : public ::testing::Test {
   sqlite3* handle_;
 };
 
-inline constexpr char kAccessCode[] = "60718";
-inline constexpr int kReadWrite = SQLITE_OPEN_READWRITE;
-
 // Records as the library lists them: filled by a Get... operation, deleted at the end.
 template <typename Record>
 class RecordList {
@@ -67,6 +74,11 @@ class RecordList {
   }
   std::list<Record*> list;
 };
+
+// Makes a database file whose account id tells which file it is, and what a session finds in its
+// own; 0 is none.
+void Provision(const std::wstring& file, int account_id);
+int AccountOf(CPolicyDB& db);
 
 // Parses a JSON text into a record; false as ParseJson, or when the text is no JSON.
 template <typename Record>

@@ -1,16 +1,11 @@
 #include "tests/support/test_environment.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
 
-#include "wexpol/platform/files.h"
 #include "wexpol/platform/system_types.h"
-#include "wexpol/platform/testing.h"
-#include "wexpol/platform/text.h"
 
 namespace {
 

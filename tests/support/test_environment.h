@@ -1,15 +1,25 @@
-// What every test stands on: a folder of its own, a private registry, a clock that it sets.
+// What every test stands on: a folder of its own, a private registry, a clock that it sets; and of
+// the machine layer what tests of any room look at.
 
 #ifndef WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_
 #define WEXPOL_TESTS_SUPPORT_TEST_ENVIRONMENT_H_
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 
+#include "wexpol/platform/agent_registry.h"
 #include "wexpol/platform/clock.h"
 #include "wexpol/platform/clock_source.h"
+#include "wexpol/platform/device_info.h"
+#include "wexpol/platform/file_paths.h"
+#include "wexpol/platform/files.h"
+#include "wexpol/platform/testing.h"
+#include "wexpol/platform/text.h"
 
 // Stands still until it is moved. Starts at noon of Wednesday, 13 March 2024; local time is UTC.
 class FakeClock : public wexpol::Clock {

@@ -1,15 +1,10 @@
 // How long it is until a schedule runs: each rule, its log line, and an oracle that walks forward
-// day by day.
-
-#include <gtest/gtest.h>
+// day by day; the settings of the antivirus component and the summary of its last scan.
 
 #include <chrono>
 #include <random>
 
-#include "tests/support/test_environment.h"
-#include "wexpol.h"
-#include "wexpol/platform/agent_registry.h"
-#include "wexpol/platform/file_paths.h"
+#include "tests/support/policy_test.h"
 
 namespace {
 
@@ -153,6 +148,51 @@ TEST_F(ScheduleTest, PeriodRunsFromTheLastRun) {
   EXPECT_TRUE(wexpol::WriteBinary(wexpol::AgentKey::kAgent, L"UT", &last_run, 15));
   EXPECT_FALSE(CAvSchedule::ReadUpdateTime(last_run));
   EXPECT_EQ(schedule.HowLongUntilSchedule(), 0);
+}
+
+using AntivirusSettingsTest = PolicyTest;
+
+TEST_F(AntivirusSettingsTest, SettingsFromTheConsole) {
+  CNxbAvSetting setting;
+  EXPECT_FALSE(db().GetNxbAvSetting(&setting));
+  for (const char* id : {(const char*)nullptr, "DEADBEEF", "deadbeef", "", "DEADBEEF1"}) {
+    setting.nxb_settings_id = id;  // The console's sign that there are no settings.
+    EXPECT_EQ(setting.IsValid(), id && id != std::string("DEADBEEF"));
+  }
+
+  CAppearance appearance;
+  Sql("INSERT INTO appearances(id,ignore_warning_components) VALUES(5,'3,')");
+  EXPECT_TRUE(db().GetRecord(&appearance));
+  EXPECT_EQ(Join(db().GetRecord(nullptr), db().GetNxbAvSetting(&setting)), "0 0");
+  const std::pair<const char*, std::set<long>> lists[] = {
+      {nullptr, {}},     {"", {}},        {",,", {}},          {"3,,17,", {3, 17}},
+      {"x,-4", {0, -4}}, {" ,5", {0, 5}}, {"12ab, 7", {7, 12}}};
+  for (const auto& [list, expected] : lists) {
+    appearance.ignore_warning_components = list;
+    std::set<long> components;
+    EXPECT_EQ(appearance.GetIgnoreWarningComponentSet(components), !expected.empty());
+    EXPECT_EQ(components, expected);
+  }
+
+  Sql("INSERT INTO av_schedules(id,schedule_name) VALUES(9,'Täglich'),(10,NULL)");
+  RecordList<CAvSchedule> schedules;
+  ASSERT_TRUE(db().GetRecords(schedules.list));
+  CAvSchedule& schedule = *schedules.list.front();
+  EXPECT_FALSE(schedule.IsNameDifferent(L"T\u00E4glich"));
+  schedule.SetScheduleName(nullptr);
+  EXPECT_TRUE(schedule.IsNameDifferent(L""));
+  EXPECT_EQ(schedules.list.back()->id, 10);
+}
+
+TEST_F(AntivirusSettingsTest, AScanSummaryIsReportedAsNumbers) {
+  CLastScanSummary summary;
+  summary.id = 1;
+  summary.end_time = 1577934245;
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(db().SetLastScanSummary(&summary));
+  summary.end_time = -1;
+  EXPECT_EQ(Json(summary), R"({"threats_found": 0})");
+  ASSERT_TRUE(db().GetLastScanSummary(&summary));
+  EXPECT_EQ(Json(summary), R"({"end_time": 1577934245,"threats_found": 0})");
 }
 
 }  // namespace

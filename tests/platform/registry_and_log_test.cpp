@@ -1,15 +1,14 @@
-#include "wexpol/platform/registry.h"
+// Keys and values, whatever is stored in them; lines of the diagnostic log, and when it is put
+// aside.
 
-#include <gtest/gtest.h>
-
-#include <tuple>
-#include <utility>
+#include <thread>
 
 #include "tests/support/child_process.h"
 #include "tests/support/test_environment.h"
-#include "wexpol/platform/agent_registry.h"
-#include "wexpol/platform/device_info.h"
-#include "wexpol/platform/testing.h"
+#include "wexpol/platform/diagnostic_log.h"
+#include "wexpol/platform/named_mutex.h"
+#include "wexpol/platform/registry.h"
+#include "wexpol/platform/version.h"
 
 namespace {
 
@@ -31,17 +30,21 @@ class RegistryTest : public ::testing::Test {
         key_.SetValue(L"Value", type, followed.data(), units.size() * sizeof(wchar_t) + odd));
   }
 
+  RegistryStatus Open(const wchar_t* path, RegistryView view = RegistryView::k32Bit) {
+    return key_.Open(path, RegistryAccess::kRead, view);
+  }
+
   TestEnvironment environment_;
   CRegistryVeyra key_;
 };
 
 TEST_F(RegistryTest, TellsAMissingKeyFromOtherFailures) {
-  EXPECT_EQ(key_.Open(kPath, RegistryAccess::kRead, RegistryView::k32Bit),
-            RegistryStatus::kNotFound);
-  EXPECT_EQ(key_.Open(L"", RegistryAccess::kRead, RegistryView::k32Bit), RegistryStatus::kFailed);
-  EXPECT_EQ(key_.Create(L"", RegistryAccess::kRead, RegistryView::k32Bit), RegistryStatus::kFailed);
-  EXPECT_EQ(key_.Create(std::wstring(300, L'k'), RegistryAccess::kFull, RegistryView::k32Bit),
-            RegistryStatus::kFailed);
+  EXPECT_EQ(Open(kPath), RegistryStatus::kNotFound);
+  EXPECT_EQ(Open(L""), RegistryStatus::kFailed);
+  for (const std::wstring& path : {std::wstring(), std::wstring(300, L'k')}) {
+    EXPECT_EQ(key_.Create(path, RegistryAccess::kFull, RegistryView::k32Bit),
+              RegistryStatus::kFailed);
+  }
   EXPECT_FALSE(key_.IsOpen());
 
   std::uint32_t value = 7;
@@ -49,10 +52,9 @@ TEST_F(RegistryTest, TellsAMissingKeyFromOtherFailures) {
                  key_.DeleteValue(L"Value"), key_.SubkeyNames().size()),
             "0 0 0 0");
   EXPECT_TRUE(key_.OpenForWriting(kPath, RegistryView::k32Bit));
-  EXPECT_EQ(key_.Open(L"software\\MAKER\\pro.DUCT", RegistryAccess::kRead, RegistryView::k32Bit),
-            RegistryStatus::kOk);
-  EXPECT_FALSE(key_.SetDWORDValue(L"Value", 1)) << "opened for reading";
-  EXPECT_FALSE(key_.DeleteValue(L"Value"));
+  EXPECT_EQ(Open(L"software\\MAKER\\pro.DUCT"), RegistryStatus::kOk);
+  EXPECT_EQ(Join(key_.SetDWORDValue(L"Value", 1), key_.DeleteValue(L"Value")), "0 0")
+      << "read only";
 }
 
 TEST_F(RegistryTest, ValuesAreReadOnlyAsTheTypeTheyAre) {
@@ -77,10 +79,9 @@ TEST_F(RegistryTest, ValuesAreReadOnlyAsTheTypeTheyAre) {
   EXPECT_EQ(text, L"\u00e4b");
   EXPECT_EQ(std::string(bytes, size), std::string("\1\0\3\4", 4));
   // Too large for the buffer, not the exact size, and as it is.
-  EXPECT_EQ(
-      Join(key_.QueryBinaryValue(L"Bytes", bytes, 3, &size),
-           key_.QueryBinaryValue(L"Bytes", bytes, 5), key_.QueryBinaryValue(L"Bytes", bytes, 4)),
-      "0 0 1");
+  EXPECT_FALSE(key_.QueryBinaryValue(L"Bytes", bytes, 3, &size));
+  EXPECT_FALSE(key_.QueryBinaryValue(L"Bytes", bytes, 5));
+  EXPECT_TRUE(key_.QueryBinaryValue(L"Bytes", bytes, 4));
 
   EXPECT_TRUE(key_.DeleteValue(L"number"));
   EXPECT_FALSE(key_.DeleteValue(L"Number"));
@@ -92,20 +93,15 @@ TEST_F(RegistryTest, ValuesAreReadOnlyAsTheTypeTheyAre) {
 
 TEST_F(RegistryTest, TextsEndWhateverIsStored) {
   ASSERT_TRUE(key_.OpenForWriting(kPath, RegistryView::kProcess));
-  const std::tuple<std::wstring, bool, const wchar_t*> cases[] = {
-      {L"", false, L""},
-      {L"", true, L""},
-      {L"ab", false, L"ab"},
-      {L"ab", true, L"ab"},
-      {std::wstring(L"ab\0cd\0", 6), false, L"ab"},
-      {std::wstring(L"\0", 1), true, L""},
-  };
-  for (const auto& [stored, odd, expected] : cases) {
-    for (const RegistryType type : {RegistryType::kString, RegistryType::kExpandString}) {
-      Store(type, stored, odd);
-      std::wstring text = L"before";
-      EXPECT_TRUE(key_.QueryTextValue(L"Value", &text));
-      EXPECT_EQ(text, expected);
+  for (const std::wstring& stored :
+       {std::wstring(), std::wstring(L"ab"), std::wstring(L"ab\0cd\0", 6), std::wstring(1, 0)}) {
+    for (const bool odd : {false, true}) {
+      for (const RegistryType type : {RegistryType::kString, RegistryType::kExpandString}) {
+        Store(type, stored, odd);
+        std::wstring text = L"before";
+        EXPECT_TRUE(key_.QueryTextValue(L"Value", &text));
+        EXPECT_EQ(text, stored.c_str());
+      }
     }
   }
   std::wstring text;
@@ -121,28 +117,13 @@ TEST_F(RegistryTest, ViewsAreApartAndSubkeysAreListed) {
   for (const wchar_t* name : {L"Uninstall\\{B-1}", L"Uninstall\\a.b", L"Uninstall\\a.b\\deeper"}) {
     ASSERT_TRUE(key_.OpenForWriting(name, RegistryView::k32Bit));
   }
-  EXPECT_EQ(key_.Open(L"Uninstall", RegistryAccess::kRead, RegistryView::k64Bit),
-            RegistryStatus::kNotFound);
-  EXPECT_EQ(key_.Open(L"Uninstall", RegistryAccess::kRead, RegistryView::kProcess),
-            RegistryStatus::kNotFound);
-  ASSERT_EQ(key_.Open(L"Uninstall", RegistryAccess::kFull, RegistryView::k32Bit),
-            RegistryStatus::kOk);
+  EXPECT_EQ(Open(L"Uninstall", RegistryView::k64Bit), RegistryStatus::kNotFound);
+  EXPECT_EQ(Open(L"Uninstall", RegistryView::kProcess), RegistryStatus::kNotFound);
+  ASSERT_TRUE(key_.OpenForWriting(L"Uninstall", RegistryView::k32Bit));
   ASSERT_TRUE(key_.SetDWORDValue(L"value", 1)) << "a value is no subkey";
   auto names = key_.SubkeyNames();
   std::sort(names.begin(), names.end());
   EXPECT_EQ(names, (std::vector<std::wstring>{L"a.b", L"{B-1}"}));
-}
-
-TEST_F(RegistryTest, AMovedKeyHasOneOwner) {
-  ASSERT_TRUE(key_.OpenForWriting(L"One", RegistryView::k32Bit));
-  CRegistryVeyra other;
-  ASSERT_TRUE(other.OpenForWriting(L"Two", RegistryView::k32Bit));
-  other = std::move(key_);
-  ASSERT_TRUE(other.SetDWORDValue(L"Value", 1));
-  CRegistryVeyra third(std::move(other));
-  std::uint32_t value;
-  EXPECT_TRUE(third.QueryDWORDValue(L"Value", &value));
-  EXPECT_FALSE(other.IsOpen());
 }
 
 TEST_F(RegistryTest, TheAgentKeyIsLookedUpOnceInTheClassKey) {
@@ -157,8 +138,7 @@ TEST_F(RegistryTest, TheAgentKeyIsLookedUpOnceInTheClassKey) {
   EXPECT_EQ(wexpol::RootKeyPath(), L"SOFTWARE\\Root\\");
   EXPECT_EQ(wexpol::RuntimeKeyPath(), L"SOFTWARE\\Root\\Kv Runtime");
   ASSERT_TRUE(wexpol::WriteDword(AgentKey::kAgent, L"BID", 6));
-  EXPECT_EQ(key_.Open(L"SOFTWARE\\Other", RegistryAccess::kRead, RegistryView::k32Bit),
-            RegistryStatus::kOk);
+  EXPECT_EQ(Open(L"SOFTWARE\\Other"), RegistryStatus::kOk);
 
   // An empty path names no key, and is asked for again.
   ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"RK", L""));
@@ -170,19 +150,6 @@ TEST_F(RegistryTest, TheAgentKeyIsLookedUpOnceInTheClassKey) {
   EXPECT_EQ(brand, 6u);
   EXPECT_TRUE(wexpol::DeleteValue(AgentKey::kAgent, L"BID"));
   EXPECT_FALSE(wexpol::DeleteValue(AgentKey::kAgent, L"BID"));
-}
-
-TEST_F(RegistryTest, TheDeviceIdIsASignedNumberOfTheAgentKey) {
-  long id = 7;
-  EXPECT_FALSE(CDeviceInfo::GetDeviceID(&id));
-  EXPECT_EQ(id, 7);
-  for (const long stored : {0L, -1L, 2147483647L}) {
-    EXPECT_TRUE(CDeviceInfo::WriteDeviceID(stored));
-    EXPECT_EQ(CDeviceInfo::GetDeviceID(&id) ? id : 7, stored);
-  }
-  std::uint32_t bits = 0;
-  EXPECT_TRUE(wexpol::ReadDword(AgentKey::kAgent, L"DID", &bits));
-  EXPECT_EQ(bits, 0x7FFFFFFFu);
 }
 
 // Writes one of two values of one letter, over and over, and reads what is there: never a mixture.
@@ -203,6 +170,76 @@ TEST_F(RegistryTest, ProcessesShareIt) {
   ChildProcess other(environment_.folder(), "registry_write_and_read", {"a"});
   EXPECT_EQ(WriteAndRead({"b"}), 0);
   EXPECT_TRUE(other.Succeeded());
+}
+
+using wexpol::LogMessage;
+
+class DiagnosticLogTest : public ::testing::Test {
+ protected:
+  // A file's text with the line ends of C.
+  static std::string TextOf(const std::wstring& path) {
+    std::string text = ReadBytes(path);
+    std::erase(text, '\r');
+    return text;
+  }
+
+  TestEnvironment environment_;
+  const std::wstring path_ = CFilePaths::GetLocationLogFile();
+  const std::wstring old_path_ = path_ + L".old.log";
+};
+
+TEST_F(DiagnosticLogTest, ColumnsHaveEightCharacters) {
+  EXPECT_EQ(wexpol::LogColumn(L""), L"        ");
+  EXPECT_EQ(wexpol::LogColumn(L"administrators"), L"administ");
+  EXPECT_EQ(wexpol::ProgramColumn(L"C:\\Program.Files\\a.b.exe"), L"a.b     ");
+  EXPECT_EQ(wexpol::ProgramColumn(L"C:\\Program.Files\\agent"), L"agent   ");
+}
+
+TEST_F(DiagnosticLogTest, LinesFollowTheVersionOfANewFile) {
+  ASSERT_TRUE(CDeviceInfo::WriteDeviceID(42));
+  WriteBytes(path_, "");  // an empty file is a new one
+  environment_.clock().SetLocal(2009, 7, 4, 8, 5, 9);
+  EXPECT_TRUE(LogMessage("%s = %d", "s\xC3\xA4t", -5));
+  EXPECT_TRUE(LogMessage("%s", std::string(100'000, 'x').c_str()));
+
+  const std::string head = "07/04/09 08:05:09 " +
+                           wexpol::WideToUtf8(wexpol::LogColumn(wexpol::CurrentUserName())) +
+                           " wexpol_t - WexPol > ";
+  EXPECT_EQ(TextOf(path_), "ClientVersion = " WEXPOL_VERSION ", DeviceID = 42\n" + head +
+                               "s\xC3\xA4t = -5\n" + head + std::string(100'000, 'x') + "\n");
+}
+
+TEST_F(DiagnosticLogTest, AFileLargerThanTheThresholdIsPutAside) {
+  const std::pair<std::uint32_t, std::size_t> cases[] = {{0, 5'242'880}, {1, 10'485'760}};
+  for (const auto& [debug, threshold] : cases) {
+    if (debug) wexpol::WriteDword(wexpol::AgentKey::kAgent, L"EnableLogLevelDebug", debug);
+    wexpol::ResetLogForTesting();
+    WriteBytes(path_, std::string(threshold, 'x'));
+    WriteBytes(old_path_, "older");
+    EXPECT_TRUE(LogMessage("appended"));
+    EXPECT_GT(wexpol::FileSize(path_).value_or(0), threshold);
+    EXPECT_EQ(ReadBytes(old_path_), "older");
+
+    WriteBytes(path_, std::string(threshold + 1, 'x'));
+    EXPECT_TRUE(LogMessage("fresh"));
+    EXPECT_EQ(wexpol::FileSize(old_path_), threshold + 1);
+    EXPECT_TRUE(TextOf(path_).starts_with("ClientVersion"));
+    EXPECT_LT(wexpol::FileSize(path_).value_or(threshold), 200u);
+  }
+}
+
+TEST_F(DiagnosticLogTest, ALineIsDroppedWhenTheFileIsNotToBeHad) {
+  wexpol::NamedMutex mutex(L"Global\\Veyra_Log");
+  ASSERT_EQ(mutex.Wait(0), wexpol::NamedMutex::WaitResult::kObtained);
+  bool written = true;
+  std::thread([&] { written = LogMessage("waits 2 seconds"); }).join();
+  EXPECT_FALSE(written);
+  mutex.Release();
+  EXPECT_FALSE(wexpol::FileExists(path_));
+
+  wexpol::RedirectFiles(environment_.PathOf(L"none"));
+  wexpol::ResetLogForTesting();
+  EXPECT_FALSE(LogMessage("no folder"));
 }
 
 }  // namespace

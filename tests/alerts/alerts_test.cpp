@@ -1,13 +1,110 @@
-// When occurrences become an alert, and when alerts are checked: whole histories under a stepped
-// clock.
+// The tables behind the alerts, and when occurrences become an alert: whole histories under a
+// stepped clock.
 
 #include <random>
 
 #include "tests/support/child_process.h"
 #include "tests/support/policy_test.h"
-#include "wexpol/platform/file_paths.h"
 
 namespace {
+
+using AlertTablesTest = PolicyTest;
+using Texts = std::vector<std::string>;
+
+TEST_F(AlertTablesTest, TypesFromTheConsole) {
+  Sql("INSERT INTO alert_event_types(id,event_type_id,enabled,auto_acknowledge_enabled) "
+      "VALUES(2,5,0,1),(1,5,1,0),(3,6,0,0)");
+  CAlertEventType type;
+  EXPECT_TRUE(db().GetAlertEventType(&type, short{5}));
+  EXPECT_EQ(type.id, 1);
+  EXPECT_EQ(Join(db().GetAlertEventType(&type, 1L), db().GetAlertEventType(&type, 2L),
+                 db().GetAlertEventType(&type, short{6}), db().GetAlertEventType(nullptr, 1L)),
+            "1 0 0 0");
+  // By a type that is not enabled.
+  EXPECT_EQ(Join(db().IsAutoAcknowledgeEnabled(5), db().IsAutoAcknowledgeEnabled(6)), "1 0");
+}
+
+TEST_F(AlertTablesTest, RulesAndLimits) {
+  CAlertEventType type;
+  for (type.event_type_id = 17; type.event_type_id < 24; ++type.event_type_id) {
+    EXPECT_EQ(type.IsWindowsServiceEvent(), type.event_type_id >= 19 && type.event_type_id <= 21);
+  }
+  const std::int64_t giga = 1 << 30;
+  const std::int64_t limits[][5] = {
+      // Unit, threshold, value, total; whether it is reached.
+      {2, 2, 2047, 0, 1},     {2, 2, 2048, 0, 0},   {3, 1, 1048575, 0, 1}, {3, 1, 1048576, 0, 0},
+      {4, 8, 8 * giga, 0, 0}, {4, -1, -giga, 0, 0}, {4, 8, -1, 0, 1},      {5, 15, 30, 200, 1},
+      {5, 14, 30, 200, 0},    {5, 99, 1, 0, 0},     {5, 28, 29, 100, 1},   {5, 15, 319, 2000, 1},
+      {5, 99, -1, 0, 0},      {1, 9, 0, 100, 0},    {6, 9, 0, 100, 0},     {5, 9, INT64_MAX, 1, 0}};
+  for (const auto& [unit, threshold, value, total, reached] : limits) {
+    type.threshold_unit_id = static_cast<short>(unit);
+    type.threshold = static_cast<int>(threshold);
+    EXPECT_EQ(type.IsLimitReached(value, total), reached) << unit << ' ' << value;
+  }
+  const int rules[][3] = {{0, 5, 1}, {1, 0, 1}, {1, -1, 1}, {1, 1, 0}, {4, 5, 0}, {6, 5, 1}};
+  for (const auto& [suppression, window, valid] : rules) {
+    type.suppression_duration = suppression;
+    type.time_window = window;
+    EXPECT_EQ(type.IsValidRule(), valid) << suppression << ' ' << window;
+  }
+}
+
+TEST_F(AlertTablesTest, LogsAreReportedInLocalTimeAndLeaveOnlyWhenDeleted) {
+  clock().SetLocalOffset(-5 * 3600);
+  CAlertEventType type;
+  type.id = 1;
+  type.details = "\"d\"";
+  CAlertLog log(&type, nullptr, -1, -1);
+  std::string out;
+  log.GenerateJson(out, 610);
+  EXPECT_EQ(out, R"({"device_id": 610,"details": "\"d\"","event_type_id": 0,)"
+                 R"("event_start": "2024-03-13T07:00:00","event_end": "2024-03-13T07:00:00"})");
+  EXPECT_TRUE(db().AddAlertLog(&log));
+  log = CAlertLog(&type, "", INT64_MAX, -2);
+  log.id = 4;
+  log.event_end = -1;
+  log.GenerateJson(out = "", 1);
+  EXPECT_EQ(out, R"({"device_id": 1,"details": "","event_type_id": 0})");
+  log = CAlertLog(&type, "x", 5, -1);
+  EXPECT_TRUE(db().AddAlertLog(&log));
+  log.alert_event_type_id = 2;
+  EXPECT_TRUE(db().AddAlertLog(&log));
+  EXPECT_EQ(Row("SELECT * FROM alert_logs WHERE id=2"), "2|1|NULL|x|0|NULL|5|5");
+  EXPECT_EQ(Row("SELECT * FROM alert_checks"), "1|1710331200|0");
+  std::int64_t start = -7, end = -7;
+  EXPECT_TRUE(CAlertLog::GetStartAndEndTimes(handle(), start, end, 9));
+  EXPECT_EQ(Join(start, end), "-7 -7");
+  EXPECT_TRUE(CAlertLog::GetStartAndEndTimes(handle(), start, end, 1));
+  EXPECT_EQ(Join(start, end), "5 1710331200");
+  RecordList<CAlertLog> logs;
+  EXPECT_TRUE(db().GetAlertLogs(logs.list, 1));
+  EXPECT_EQ(Join(db().DeleteAlertLog(logs.list.front()), db().DeleteAlertLog(nullptr)), "1 0");
+  EXPECT_EQ(Rows("SELECT id FROM alert_logs"), (Texts{"2", "3"}));
+  EXPECT_TRUE(db().DeleteAlertLogs(1));
+  EXPECT_EQ(Rows("SELECT id FROM alert_logs"), Texts{"3"});
+  EXPECT_TRUE(db().DeleteAlertLogs(0));
+  EXPECT_EQ(Row("SELECT id FROM alert_logs"), "");
+}
+
+TEST_F(AlertTablesTest, SentAlertsAreKeptByKindOfEvent) {
+  for (const short kind : {short{5}, short{6}, short{-1}}) EXPECT_EQ(db().AddAlertSent(kind), 101);
+  // -1 is stored as NULL and found by nothing; 7 is another kind.
+  EXPECT_EQ(Join(db().DidWeSendThisTypeOfAlert(5), db().DidWeSendThisTypeOfAlert(-1)), "1 0");
+  EXPECT_EQ(Join(db().DidWeSendThisTypeOfAlertBeforeThisTime(5, 1710331200),
+                 db().DidWeSendThisTypeOfAlertBeforeThisTime(5, 1710331201),
+                 db().DidWeSendThisTypeOfAlertBeforeThisTime(7, 1710331201)),
+            "0 1 0");
+  EXPECT_EQ(db().RemoveAlertSent(5), SQLITE_DONE);
+  EXPECT_EQ(Rows("SELECT * FROM alerts_sent"), (Texts{"2|6|1710331200", "3|NULL|1710331200"}));
+  EXPECT_EQ(db().RemoveAlertSent(0), SQLITE_DONE);
+  EXPECT_EQ(Rows("SELECT id FROM alerts_sent"), Texts());
+
+  Sql("INSERT INTO alert_logs_buffer(alert_event_type_id) VALUES(1),(2),(3)");
+  for (const auto& [type, left] : {std::pair(1, "2,3"), {3, "2"}, {4, "2"}, {0, "NULL"}}) {
+    EXPECT_EQ(CAlertLogBuffer::DeleteByType(handle(), type), SQLITE_DONE);
+    EXPECT_EQ(Row("SELECT group_concat(alert_event_type_id) FROM alert_logs_buffer"), left);
+  }
+}
 
 enum Table { kBuffer, kLogs, kChecks };
 using Entry = std::array<std::int64_t, 4>;  // Table, type, time or start, end or sent.
@@ -91,7 +188,7 @@ TEST_F(AlertTimingTest, HistoriesFollowTheRules) {
   std::mt19937 random(7);
   const auto pick = [&](unsigned count) { return static_cast<int>(random() % count); };
   for (int step = 0; step < 2000; ++step) {
-    environment().clock().Advance(pick(40) == 0 ? -900 : pick(3) * pick(150));
+    clock().Advance(pick(40) == 0 ? -900 : pick(3) * pick(150));
     model.now = wexpol::NowUtc();
     const long id = 1 + pick(8);
     const int action = pick(10);
@@ -132,7 +229,7 @@ TEST_F(AlertTimingTest, ClockSetBackMakesChecksDueButGoesOnSuppressing) {
   EXPECT_EQ(db().GetAlertCheckTime(1), wexpol::NowUtc());
   EXPECT_TRUE(db().UpdateAlertCheck(1, true));
   EXPECT_TRUE(CAlertCheck::StartTimer(handle(), 1));  // One that is there stays.
-  environment().clock().Advance(-3600);
+  clock().Advance(-3600);
   EXPECT_EQ(db().GetAlertSecondsRemaining(1, 300), 0);
   EXPECT_EQ(Record(1), 0);
 }
@@ -140,10 +237,10 @@ TEST_F(AlertTimingTest, ClockSetBackMakesChecksDueButGoesOnSuppressing) {
 TEST_F(AlertTimingTest, AMinuteIsEnoughToSuppress) {
   AddTypes("(1,5,1,1,1,1,10)");
   EXPECT_TRUE(db().UpdateAlertCheck(1, true));
-  for (const auto& [step, sent] : {std::pair(0, 0), {59, 0}, {1, 1}}) {
-    environment().clock().Advance(step);
-    EXPECT_EQ(Record(1), sent) << step;
-  }
+  clock().Advance(59);
+  EXPECT_EQ(Record(1), 0);
+  clock().Advance(1);
+  EXPECT_EQ(Record(1), 1);
 }
 
 TEST_F(AlertTimingTest, DurationsWrapAt32BitsAndCountsStopAt32767) {
@@ -195,7 +292,7 @@ TEST_F(AlertTimingTest, ALockedFileChangesNothing) {
   const auto before = State();
   const CAlertLog log(&Type(1), "x", -1, -1);
   std::vector<long> to_send;
-  CPolicyDB session(kAccessCode, path().c_str(), kReadWrite, 0);
+  CPolicyDB session = Open(0);
   Sql("BEGIN IMMEDIATE");
   EXPECT_EQ(session.AddAlertLogBuffer(&Type(2), "x"), 0);  // Held back before any write.
   EXPECT_EQ(session.AddAlertLogBuffer(&Type(1), "x"), -1);
@@ -204,7 +301,6 @@ TEST_F(AlertTimingTest, ALockedFileChangesNothing) {
   Sql("COMMIT");
   EXPECT_TRUE(session.Transaction(TRANSACTION_BEGIN));  // None was left open.
   session.CloseDB();
-  EXPECT_EQ(session.AddAlertLogBuffer(&Type(1), "x"), -1);
   EXPECT_EQ(State(), before);
   EXPECT_TRUE(db().Transaction(TRANSACTION_BEGIN));  // The caller's own.
   EXPECT_EQ(Record(1), 0);

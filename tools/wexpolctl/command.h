@@ -41,7 +41,8 @@ enum class Effect {
 };
 
 struct Option {
-  enum Kind { kFlag, kText, kNumber, kTexts };  // kTexts: one or more.
+  // kTexts: one or more; kRest: a command line of its own, to the end.
+  enum Kind { kFlag, kText, kNumber, kTexts, kRest };
 
   const char* name;  // "--limit NUMBER", or "TABLE" for one that is told by its place.
   Kind kind;
@@ -80,6 +81,9 @@ struct Call {
   std::wstring database;   // The file that --db names, else the installed one.
   std::string tool;        // "wexpolctl" with what leads it to the same place.
   std::ostream* terminal;  // To draw progress on; null when nobody watches.
+  std::ostream& out;       // For what is printed while the command runs.
+  bool json = false;       // The report is printed as JSON, and nothing may come before it.
+  std::vector<std::string> place = {};  // The options that lead to the same place.
 };
 
 struct Command {

@@ -59,6 +59,10 @@ void AddOption(CLI::App& parser, const Option& option) {
     parser.add_flag(name, option.help);
     return;
   }
+  if (option.kind == Option::kRest) {
+    parser.prefix_command()->fallthrough(false);
+    return;
+  }
   CLI::Option* added = parser.add_option(name, option.help);
   if (option.kind == Option::kTexts) {
     added->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
@@ -105,6 +109,10 @@ void CheckValue(const Option& option, const std::string& value) {
 Options OptionsOf(const Entry& entry) {
   std::map<std::string, std::vector<std::string>> given;
   for (const Option& option : entry.command.options) {
+    if (option.kind == Option::kRest) {
+      given[option.key()] = entry.parser->remaining();
+      continue;
+    }
     const CLI::Option* found = entry.parser->get_option(option.key());
     if (found->count() == 0) continue;
     if (option.kind != Option::kFlag) {
@@ -169,16 +177,42 @@ void CheckCommandWord(const CLI::App& app, const std::vector<std::string>& args)
   throw Failure{kUsage, "There is no command '" + word + "'" + (hint.empty() ? "." : hint), kNext};
 }
 
+void AddWords(const CLI::App& app, const std::string& command, std::vector<CommandWords>& all) {
+  CommandWords own{command, {}};
+  for (const CLI::App* below : app.get_subcommands({})) {
+    own.words.push_back(below->get_name());
+    AddWords(*below, command + (command.empty() ? "" : " ") + below->get_name(), all);
+  }
+  for (const CLI::Option* option : app.get_options()) {
+    if (option->nonpositional()) own.words.push_back("--" + option->get_lnames().front());
+  }
+  all.push_back(std::move(own));
+}
+
 }  // namespace
+
+std::vector<std::string> CommandLine::Place() const {
+  std::vector<std::string> place;
+  for (const auto& [option, path] : {std::pair(kRoot, root), std::pair(kDatabase, database)}) {
+    if (path.empty()) continue;
+    place.insert(place.end(), {option, wexpol::WideToUtf8(AbsolutePath(path))});
+  }
+  return place;
+}
 
 std::string CommandLine::Tool() const {
   std::string tool = "wexpolctl";
-  for (const auto& [option, path] : {std::pair(kRoot, root), std::pair(kDatabase, database)}) {
-    if (path.empty()) continue;
-    tool += std::string(" ") + option + " " +
-            wexpol::ShellQuoted(wexpol::WideToUtf8(AbsolutePath(path)));
-  }
+  for (const std::string& argument : Place()) tool += ' ' + wexpol::ShellQuoted(argument);
   return tool;
+}
+
+std::vector<CommandWords> WordsOfCommands() {
+  CLI::App app(kAbout, "wexpolctl");
+  AddGlobals(app);
+  AddCommands(app);
+  std::vector<CommandWords> all;
+  AddWords(app, "", all);
+  return all;
 }
 
 std::optional<CommandLine> ParseCommandLine(const std::vector<std::string>& args,

@@ -20,9 +20,18 @@ struct CommandLine {
   Command command;
   Options options{{}};
 
-  // "wexpolctl" with the options that lead it to the same place.
+  // The options that lead to the same place, and "wexpolctl" with them.
+  std::vector<std::string> Place() const;
   std::string Tool() const;
 };
+
+// A command, "" for the tool itself, and what may follow it: its options and subcommands.
+struct CommandWords {
+  std::string command;
+  std::vector<std::string> words;
+};
+// Of all commands, a command after its subcommands.
+std::vector<CommandWords> WordsOfCommands();
 
 // Nothing when the line only asked for help, which was printed to `out`. Throws a Failure when the
 // line is wrong.

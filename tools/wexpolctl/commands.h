@@ -11,14 +11,18 @@ Command AlertsCommand();
 Command BackupCommand();
 Command BundleCommand();
 Command CheckCommand();
+Command CompletionCommand();
 Command ConfigGetCommand();
 Command ConfigListCommand();
+Command DiffCommand();
 Command DoctorCommand();
 Command ExplainCommand();
+Command ExportCommand();
 Command FilterCheckCommand();
 Command IdentityCommand();
 Command InitCommand();
 Command ListCommand();
+Command LogCommand();
 Command NextScanCommand();
 Command OptionsCommand();
 Command RestoreCommand();
@@ -28,6 +32,7 @@ Command SyncCommand();
 Command TablesCommand();
 Command TimeCommand();
 Command VersionsCommand();
+Command WatchCommand();
 
 // In the order of the help.
 inline constexpr Command (*kCommands[])() = {
@@ -40,6 +45,8 @@ inline constexpr Command (*kCommands[])() = {
     &RestoreCommand,
     // What lies in it.
     &SyncCommand,
+    &DiffCommand,
+    &ExportCommand,
     &TablesCommand,
     &ListCommand,
     &VersionsCommand,
@@ -55,7 +62,10 @@ inline constexpr Command (*kCommands[])() = {
     &NextScanCommand,
     &TimeCommand,
     // For support.
+    &WatchCommand,
+    &LogCommand,
     &BundleCommand,
+    &CompletionCommand,
 };
 
 }  // namespace wexpolctl

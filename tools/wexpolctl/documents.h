@@ -4,6 +4,7 @@
 #define WEXPOL_WEXPOLCTL_DOCUMENTS_H_
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,13 +25,19 @@ struct SyncDocument {
 std::vector<SyncDocument> CollectDocuments(const std::vector<std::string>& arguments,
                                            std::vector<std::string>& skipped);
 
-// Why the record after the `stored` first ones of a document was refused, in words.
+// Why a document was refused, in words.
 struct Refusal {
   std::int64_t record = 0;  // From 1; 0 when the document as a whole is no document.
   std::string reason;
+  std::string error_object;  // Of the library; empty where the document was not handed to it.
+  bool expected = false;     // The table refuses every record, whatever it is.
 };
-Refusal ExplainRefusal(const SyncDocument& document, std::int64_t stored,
-                       const std::string& error_object);
+
+// As a sentence that names the document and the record.
+std::string InWords(const SyncDocument& document, const Refusal& refusal);
+
+// Replaces the document's table by it. When it is refused, the table keeps its rows.
+std::optional<Refusal> StoreDocument(CPolicyDB& session, const SyncDocument& document);
 
 }  // namespace wexpolctl
 

@@ -1,140 +1,50 @@
-// wexpolctl explain: the decision at the start of a program, step by step and without learning.
+// wexpolctl explain: why the agent is answered what it is.
 
-#include <array>
-#include <charconv>
+#include "tools/wexpolctl/explain.h"
 
 #include "tools/wexpolctl/commands.h"
-#include "tools/wexpolctl/database.h"
-#include "wexpol/appcontrol/app_control_info.h"
-#include "wexpol/identity/login.h"
-#include "wexpol/records/query.h"
-#include "wexpol/records/scopes.h"
 
 namespace wexpolctl {
 namespace {
 
-constexpr int kDigestBytes = 16;
-
-// Opens the single steps of the decision.
-class Steps : public CAppControlInfo {
- public:
-  using CAppControlInfo::IsAppBlocked;
-  using CAppControlInfo::IsAppMonitored;
-  using CAppControlInfo::LookupChecksum;
-  using CAppControlInfo::LookupFile;
-};
-
-// What the program is told by; an empty digest is none.
-struct Program {
-  std::string file;
-  std::string digits;
-  std::array<unsigned char, kDigestBytes> md5{};
-
-  const char* name() const { return file.empty() ? nullptr : file.c_str(); }
-  int md5_length() const { return digits.empty() ? 0 : kDigestBytes; }
-};
-
-Program ProgramOf(const Options& options) {
-  Program program{options.Text("--file"), options.Text("--md5")};
-  bool good = program.digits.empty() || program.digits.size() == std::size_t{2} * kDigestBytes;
-  for (std::size_t i = 0; good && i < program.digits.size() / 2; ++i) {
-    const char* at = program.digits.data() + 2 * i;
-    good = std::from_chars(at, at + 2, program.md5[i], 16).ptr == at + 2;
-  }
-  if (!good) {
-    throw Failure{kUsage, "'" + program.digits + "' is no MD5 digest.",
-                  "Write it as 32 hexadecimal digits."};
-  }
-  if (program.file.empty() && program.digits.empty()) {
-    throw Failure{kUsage, "Nothing tells the program.", "Give --file NAME, --md5 HEX or both."};
-  }
-  return program;
-}
-
-// Walks the steps in the order of the decision and notes each one that is reached.
-class Walk {
- public:
-  Walk(sqlite3* db, Report& report)
-      : db_(db),
-        listing_(report.AddListing("steps", {"step", "answer", "rule set", "row", "app"})) {}
-
-  // What decided, in words.
-  const char* Decide(Steps& info, const Program& program) {
-    const char* name = program.name();
-    const unsigned char* md5 = program.md5.data();
-    const int length = program.md5_length();
-    const bool name_known = Note("is the file name known", info.LookupFile(db_, name), nullptr);
-    md5_known_ = Note("is the digest known", info.LookupChecksum(db_, md5, length), nullptr);
-    if (!name_known && !md5_known_) return "unknown: neither blocked nor monitored";
-    by_name_ = Note("blocked by name", info.IsAppBlocked(db_, name), &info);
-    if (by_name_) return "blocked by its name";
-    if (Note("blocked by digest", info.IsAppBlocked(db_, md5, length), &info)) {
-      return "blocked by its digest";
-    }
-    by_name_ = Note("monitored by name", info.IsAppMonitored(db_, name), &info);
-    if (by_name_) return "monitored by its name";
-    if (Note("monitored by digest", info.IsAppMonitored(db_, md5, length), &info)) {
-      return "monitored by its digest";
-    }
-    return "neither blocked nor monitored";
-  }
-
-  // Whether the agent, which this is not, would now learn the digest.
-  bool WouldLearn(const Program& program) const {
-    return by_name_ && program.md5_length() > 0 && !md5_known_;
-  }
-
- private:
-  bool Note(const char* step, bool answer, const CAppControlInfo* match) {
-    if (answer && match) {
-      listing_.Add({Text(step), Flag(true), Number(match->app_control_id),
-                    Number(match->app_control_app_id), Number(match->app_id)});
-    } else {
-      listing_.Add({Text(step), Flag(answer), Nothing(), Nothing(), Nothing()});
-    }
-    return answer;
-  }
-
-  sqlite3* db_;
-  Listing& listing_;
-  bool by_name_ = false;
-  bool md5_known_ = false;
+constexpr struct {
+  const char* option;  // Asks the question.
+  ExitCode (*explain)(Call& call);
+} kQuestions[] = {
+    {"--file", &ExplainProgram},        {"--md5", &ExplainProgram},
+    {"--category", &ExplainCategories}, {"--alert", &ExplainAlert},
+    {"--schedule", &ExplainSchedule},
 };
 
 ExitCode Explain(Call& call) {
-  const Program program = ProgramOf(call.options);
-  Database database(call.database);
-  sqlite3* db = database.handle();
-  const wexpol::ReadScope scope(db);
-
-  Steps info;
-  info.login_id = static_cast<std::int32_t>(call.options.Number("--login").value_or(-1));
-  info.policy_id = static_cast<std::int32_t>(CLogin::GetPolicyId(db, info.login_id));
-  Report& report = call.report;
-  report.Add("file", program.file.empty() ? Nothing() : Text(program.file));
-  report.Add("digest", program.digits.empty() ? Nothing() : Text(program.digits));
-  report.Add("login", info.login_id < 0 ? Nothing() : Number(info.login_id));
-  report.Add("policy", info.policy_id < 0 ? Nothing() : Number(info.policy_id));
-  if (info.policy_id < 0) report.AddLine("Without a policy of the login nothing is blocked.");
-  Walk walk(db, report);
-  report.Add("decision", Text(walk.Decide(info, program)));
-  report.Add("agent would learn the digest", Flag(walk.WouldLearn(program)));
-  if (info.app_id >= 0) {
-    report.Add("app",
-               Text(wexpol::QueryText(db, "SELECT name FROM apps WHERE id=?", info.app_id).view()));
+  ExitCode (*asked)(Call&) = nullptr;
+  for (const auto& question : kQuestions) {
+    if (!call.options.Has(question.option)) continue;
+    if (asked && asked != question.explain) {
+      throw Failure{kUsage, "These are several questions.", "Ask one at a time."};
+    }
+    asked = question.explain;
   }
-  return kDone;
+  if (asked) return asked(call);
+  throw Failure{kUsage, "Nothing tells what to explain.",
+                "Give a program by --file NAME, --md5 HEX or both, or one of --category, --alert "
+                "and --schedule."};
 }
 
 }  // namespace
 
 Command ExplainCommand() {
   return {"explain",
-          "Walk through the decision at the start of a program; nothing is learnt",
-          {{"--file NAME", Option::kText, "The program's file name"},
+          "Tell why a program is blocked, a category counts, an alert is not sent or a scan is due",
+          {{"--file NAME", Option::kText, "A program's file name, without its folder"},
            {"--md5 HEX", Option::kText, "The MD5 digest of its content"},
-           {"--login ID", Option::kNumber, "The login of the user who is signed in"}},
-          &Explain};
+           {"--login ID", Option::kNumber, "The login of the user who starts it"},
+           {"--category NAME", Option::kTexts, "Categories of the web filter"},
+           {"--alert ID", Option::kNumber, "An alert event type"},
+           {"--schedule ID", Option::kNumber, "A scan or update schedule"}},
+          &Explain,
+          Effect::kLooks,
+          "explain --file patience.exe --login 9001"};
 }
 
 }  // namespace wexpolctl

@@ -4,8 +4,8 @@
 
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
+#include "tools/wexpolctl/row_cells.h"
 #include "tools/wexpolctl/secrets.h"
-#include "wexpol/platform/hex.h"
 #include "wexpol/records/statement.h"
 
 namespace wexpolctl {
@@ -41,34 +41,6 @@ void AddCondition(const std::string& text, const std::vector<std::string>& colum
                ")=upper(" + value + ")))";
 }
 
-Cell CellOf(sqlite3_stmt* row, int column) {
-  switch (sqlite3_column_type(row, column)) {
-    case SQLITE_NULL:
-      return Nothing();
-    case SQLITE_INTEGER:
-      return Number(sqlite3_column_int64(row, column));
-    case SQLITE_BLOB: {
-      std::string digits;
-      wexpol::AppendHex(static_cast<const std::uint8_t*>(sqlite3_column_blob(row, column)),
-                        static_cast<std::size_t>(sqlite3_column_bytes(row, column)), digits);
-      return Text(digits);
-    }
-    default:
-      return Text(reinterpret_cast<const char*>(sqlite3_column_text(row, column)));
-  }
-}
-
-// A value that is there but is not to be seen.
-bool IsHidden(sqlite3_stmt* row, int column, const std::vector<std::string>& columns) {
-  const std::string& name = columns[static_cast<std::size_t>(column)];
-  if (sqlite3_column_type(row, column) == SQLITE_NULL) return false;
-  if (IsSecretColumn(name)) return sqlite3_column_bytes(row, column) > 0;
-  const auto key = std::find(columns.begin(), columns.end(), "key");
-  if (name != "value" || key == columns.end()) return false;
-  const auto* text = sqlite3_column_text(row, static_cast<int>(key - columns.begin()));
-  return text && IsSecretKey(reinterpret_cast<const char*>(text));
-}
-
 ExitCode List(Call& call) {
   Database database(call.database);
   sqlite3* db = database.handle();
@@ -97,7 +69,7 @@ ExitCode List(Call& call) {
     std::vector<Cell> cells;
     cells.reserve(columns.size());
     for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
-      cells.push_back(IsHidden(select.get(), i, columns) ? Text(kMask) : CellOf(select.get(), i));
+      cells.push_back(ShownCell(select.get(), i, columns));
     }
     listing.Add(std::move(cells));
   }

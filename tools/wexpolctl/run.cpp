@@ -18,16 +18,22 @@ void CheckReadOnly(const CommandLine& line, Effect effect) {
                 "Leave --read-only out to let it write."};
 }
 
-ExitCode RunCommand(const CommandLine& line, Report& report, std::ostream* terminal) {
+ExitCode RunCommand(const CommandLine& line, Report& report, std::ostream& out,
+                    std::ostream* terminal) {
   const Effect effect = line.command.EffectOf(line.options);
   CheckReadOnly(line, effect);
   if (!line.root.empty()) wexpol::RedirectMachine(AbsolutePath(line.root));
   // What is done to a file that is named is no business of this machine.
   const bool is_elsewhere = !line.database.empty() && line.root.empty();
   const wexpol::LookOnly look_only(effect != Effect::kChanges || is_elsewhere);
-  Call call = {line.options, report,
+  Call call = {line.options,
+               report,
                line.database.empty() ? CFilePaths::GetLocationDB() : AbsolutePath(line.database),
-               line.Tool(), terminal};
+               line.Tool(),
+               terminal,
+               out,
+               line.json,
+               line.Place()};
   return line.command.run(call);
 }
 
@@ -65,7 +71,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
   if (line) {
     json = line->json;
     failure =
-        FailureOf([&] { return RunCommand(*line, report, err_is_terminal ? &err : nullptr); });
+        FailureOf([&] { return RunCommand(*line, report, out, err_is_terminal ? &err : nullptr); });
     failure.next = AdviceFor(line->Tool(), failure.next);
   }
   const bool failed = !failure.problem.empty();

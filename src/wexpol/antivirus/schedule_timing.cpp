@@ -1,5 +1,7 @@
-// How long it is until a schedule runs next. All is reckoned in the local time of the moment, so a
-// change to or from daylight time before the run is not seen.
+// All is reckoned in the local time of the moment, so a change to or from daylight time before the
+// run is not seen.
+
+#include "wexpol/antivirus/schedule_timing.h"
 
 #include <cinttypes>
 #include <cstdint>
@@ -10,6 +12,9 @@
 #include "wexpol/platform/system_types.h"
 
 namespace {
+
+using wexpol::NextRun;
+using wexpol::ScheduleRule;
 
 constexpr long kNow = 0;
 constexpr long kNever = -1;
@@ -66,24 +71,25 @@ SYSTEMTIME EndOfDay(SYSTEMTIME time) {
 
 // Nothing once the delay is over. The ticks start again at 0 every 49.7 days, and the delay with
 // them.
-std::optional<long> UntilStartupDelay(const tblAvSchedule& schedule) {
+std::optional<NextRun> UntilStartupDelay(const tblAvSchedule& schedule) {
   const std::uint32_t delay = InMilliseconds(schedule.startup_minutes);
   const std::uint32_t up = wexpol::TickCount();
   wexpol::LogMessage("milliseconds_elapsed_since_system_start = %d, milliseconds = %d", Shown(up),
                      Shown(delay));
   if (up >= delay) return std::nullopt;
-  return static_cast<long>((delay - up) / 1000);
+  return NextRun{ScheduleRule::kStartupDelay, static_cast<long>((delay - up) / 1000)};
 }
 
 // After the clock was set back the last run lies ahead, and it takes longer than the period.
-long UntilPeriodEnds(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
+NextRun UntilPeriodEnds(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
   SYSTEMTIME last_run;
-  if (!CAvSchedule::ReadUpdateTime(last_run)) return kNow;
+  if (!CAvSchedule::ReadUpdateTime(last_run)) return {ScheduleRule::kFirstRun, kNow};
   const std::int64_t elapsed = GetDeltaInSeconds(now, last_run);
   const std::int64_t period = std::int64_t{schedule.period_minutes} * kSecondsPerMinute;
   wexpol::LogMessage("how_long_has_it_been = %" PRId64 ", frequency_in_seconds = %" PRId64, elapsed,
                      period);
-  return elapsed < period ? Answer(period - elapsed) : kNow;
+  if (elapsed < period) return {ScheduleRule::kPeriodRuns, Answer(period - elapsed)};
+  return {ScheduleRule::kPeriodOver, kNow};
 }
 
 bool RunsOn(const tblAvSchedule& schedule, int day_of_week) {
@@ -91,7 +97,7 @@ bool RunsOn(const tblAvSchedule& schedule, int day_of_week) {
 }
 
 // The first of the days after today. Today ends at 23:59:59, so a full second is missing.
-long UntilLaterDayOfWeek(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
+NextRun UntilLaterDayOfWeek(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
   std::int64_t seconds = GetDeltaInSeconds(EndOfDay(now), now);
   int ahead = 1;
   while (ahead <= kDaysPerWeek && !RunsOn(schedule, (now.wDayOfWeek + ahead) % kDaysPerWeek)) {
@@ -99,34 +105,37 @@ long UntilLaterDayOfWeek(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
     ++ahead;
   }
   // Without a day, what is left is the end of the seven days.
-  if (ahead <= kDaysPerWeek) seconds += std::int64_t{schedule.day_minutes} * kSecondsPerMinute;
+  const bool found = ahead <= kDaysPerWeek;
+  if (found) seconds += std::int64_t{schedule.day_minutes} * kSecondsPerMinute;
   wexpol::LogMessage("nSecondsLeft = %d", static_cast<int>(Answer(seconds)));
-  return Answer(seconds);
+  return {found ? ScheduleRule::kLaterDay : ScheduleRule::kNoDay, Answer(seconds)};
 }
 
-long UntilDayOfWeek(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
+NextRun UntilDayOfWeek(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
   if (schedule.day_interval_available) {
     wexpol::LogMessage("day_interval_available not supported");
   }
-  if (!schedule.days_of_week_available) return kNever;
+  if (!schedule.days_of_week_available) return {ScheduleRule::kNone, kNever};
   if (RunsOn(schedule, now.wDayOfWeek)) {
     const std::uint32_t target = InMilliseconds(schedule.day_minutes);
     const std::uint32_t elapsed = GetNumberOfMilliecondsElapsedToday(now);
     wexpol::LogMessage("nMillisecondsElapsedToday = %d, milliseconds = %d", Shown(elapsed),
                        Shown(target));
     // Unlike a startup delay, the exact moment is still to come.
-    if (elapsed <= target) return static_cast<long>((target - elapsed) / 1000);
+    if (elapsed <= target) {
+      return {ScheduleRule::kToday, static_cast<long>((target - elapsed) / 1000)};
+    }
   }
   return UntilLaterDayOfWeek(schedule, now);
 }
 
-long UntilDayOfMonth(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
+NextRun UntilDayOfMonth(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
   SYSTEMTIME target = now;
   target.wDay = static_cast<std::uint16_t>(schedule.day_of_month);
   GetHourMinuteSecondFromMilliseconds(target, InMilliseconds(schedule.day_minutes));
   std::int64_t seconds = GetDeltaInSeconds(target, now);
   wexpol::LogMessage("nSecondsLeft = %" PRId64 " (this month)", seconds);
-  if (seconds > 0) return Answer(seconds);
+  if (seconds > 0) return {ScheduleRule::kDayOfThisMonth, Answer(seconds)};
 
   SYSTEMTIME end = EndOfDay(now);
   end.wDay = kDaysInMonth[now.wMonth];
@@ -135,16 +144,19 @@ long UntilDayOfMonth(const tblAvSchedule& schedule, const SYSTEMTIME& now) {
       schedule.day_minutes + (std::int64_t{schedule.day_of_month} - 1) * kMinutesPerDay;
   seconds = GetDeltaInSeconds(end, now) + minutes_of_month * kSecondsPerMinute;
   wexpol::LogMessage("nSecondsLeft = %" PRId64 " (next month)", seconds);
-  return Answer(seconds);
+  return {ScheduleRule::kDayOfNextMonth, Answer(seconds)};
 }
 
 }  // namespace
 
-long CAvSchedule::HowLongUntilSchedule() const {
-  const SYSTEMTIME now = wexpol::NowLocal();
-  if (run_on_computer_startup) {
-    if (const auto seconds = UntilStartupDelay(*this)) return *seconds;
+wexpol::NextRun wexpol::UntilNextRun(const tblAvSchedule& schedule) {
+  const SYSTEMTIME now = NowLocal();
+  if (schedule.run_on_computer_startup) {
+    if (const auto run = UntilStartupDelay(schedule)) return *run;
   }
-  if (period_available) return UntilPeriodEnds(*this, now);
-  return day_of_month_available ? UntilDayOfMonth(*this, now) : UntilDayOfWeek(*this, now);
+  if (schedule.period_available) return UntilPeriodEnds(schedule, now);
+  return schedule.day_of_month_available ? UntilDayOfMonth(schedule, now)
+                                         : UntilDayOfWeek(schedule, now);
 }
+
+long CAvSchedule::HowLongUntilSchedule() const { return wexpol::UntilNextRun(*this).seconds; }

@@ -23,6 +23,9 @@ namespace wexpol {
 // something has that name, or it cannot be made.
 [[nodiscard]] bool MakePrivateFile(const std::wstring& path);
 
+// The same for the user who makes it alone, whoever may use the folder.
+[[nodiscard]] bool MakeOwnFile(const std::wstring& path);
+
 // Gives `to` the rights that `from` has. False when one of them is not there or they cannot be
 // given.
 [[nodiscard]] bool TakeRights(const std::wstring& from, const std::wstring& to);

@@ -33,6 +33,9 @@ struct WindowsVersion {
 };
 std::optional<WindowsVersion> QueryWindowsVersion();
 
+// The system and its version for a reader, as "Windows 10.0.19045".
+std::string SystemName();
+
 // Lets another thread run.
 void SleepYield();
 

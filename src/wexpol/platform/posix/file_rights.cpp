@@ -33,6 +33,11 @@ bool MakeFolder(const std::wstring& folder, gid_t group, mode_t mode) {
   return ::fchmod(fd.get(), mode) == 0;
 }
 
+FileDescriptor CreateNew(const std::wstring& path) {
+  return FileDescriptor(
+      ::open(WideToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+}
+
 }  // namespace
 
 mode_t ModeInside(const std::string& folder) {
@@ -52,9 +57,10 @@ bool MakeLogFolder(const std::wstring& folder) {
   return MakeFolder(folder, static_cast<gid_t>(-1), kEveryonesFolder);
 }
 
+bool MakeOwnFile(const std::wstring& path) { return static_cast<bool>(CreateNew(path)); }
+
 bool MakePrivateFile(const std::wstring& path) {
-  const FileDescriptor fd(
-      ::open(WideToUtf8(path).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  const FileDescriptor fd = CreateNew(path);
   return fd && ::fchmod(fd.get(), ModeInside(WideToUtf8(FolderOf(path))) & 0666) == 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <sched.h>
 #include <sys/random.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 #include "wexpol/platform/text.h"
@@ -21,6 +22,12 @@ bool AllocateUuid(std::array<std::uint8_t, 16>* bytes) {
 }
 
 std::optional<WindowsVersion> QueryWindowsVersion() { return std::nullopt; }
+
+std::string SystemName() {
+  struct utsname name;
+  if (::uname(&name) != 0) return "unknown";
+  return std::string(name.sysname) + ' ' + name.release + ' ' + name.machine;
+}
 
 void SleepYield() { ::sched_yield(); }
 

@@ -28,6 +28,27 @@ std::wstring SidOf(const std::wstring& group) {
   return text;
 }
 
+// The SID of the user who this process runs as, as text; empty when the system does not tell.
+std::wstring OwnSid() {
+  HANDLE token = nullptr;
+  if (!::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token)) return {};
+  const ScopedHandle token_owner = Own(token);
+  alignas(TOKEN_USER) BYTE user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE];
+  DWORD size = 0;
+  wchar_t* text = nullptr;
+  if (!::GetTokenInformation(token, TokenUser, user, sizeof user, &size) ||
+      !::ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(user)->User.Sid, &text)) {
+    return {};
+  }
+  const ScopedHandle text_owner = OwnMemory(text);
+  return text;
+}
+
+bool CreateNewFile(const std::wstring& path, SECURITY_ATTRIBUTES* attributes) {
+  return Own(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, attributes, CREATE_NEW,
+                           FILE_ATTRIBUTE_NORMAL, nullptr)) != nullptr;
+}
+
 bool GiveRights(const std::wstring& path, PSECURITY_DESCRIPTOR descriptor) {
   SECURITY_INFORMATION parts = DACL_SECURITY_INFORMATION | PROTECTED_DACL_SECURITY_INFORMATION;
   BOOL present = FALSE, defaulted = FALSE;
@@ -49,21 +70,25 @@ void MakeFoldersAbove(const std::wstring& folder) {
   }
 }
 
-bool MakeFolder(const std::wstring& folder, const std::wstring& rights) {
+// Null when it is no text of rights.
+ScopedHandle Parsed(const std::wstring& rights) {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
-  if (!::ConvertStringSecurityDescriptorToSecurityDescriptorW(rights.c_str(), SDDL_REVISION_1,
-                                                              &descriptor, nullptr)) {
-    return false;
-  }
-  const ScopedHandle owner = OwnMemory(descriptor);
+  const bool parsed = ::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+      rights.c_str(), SDDL_REVISION_1, &descriptor, nullptr);
+  return OwnMemory(parsed ? descriptor : nullptr);
+}
+
+bool MakeFolder(const std::wstring& folder, const std::wstring& rights) {
+  const ScopedHandle descriptor = Parsed(rights);
+  if (descriptor == nullptr) return false;
   MakeFoldersAbove(folder);
   // Made with its rights, so that nobody gets in between.
-  SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor, FALSE};
+  SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
   if (!::CreateDirectoryW(folder.c_str(), &attributes) &&
       ::GetLastError() != ERROR_ALREADY_EXISTS) {
     return false;
   }
-  return GiveRights(folder, descriptor);
+  return GiveRights(folder, descriptor.get());
 }
 
 }  // namespace
@@ -77,8 +102,14 @@ bool MakeLogFolder(const std::wstring& folder) { return MakeFolder(folder, LogFo
 
 bool MakePrivateFile(const std::wstring& path) {
   // The system hands the folder's rights down.
-  return Own(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                           FILE_ATTRIBUTE_NORMAL, nullptr)) != nullptr;
+  return CreateNewFile(path, nullptr);
+}
+
+bool MakeOwnFile(const std::wstring& path) {
+  const std::wstring sid = OwnSid();
+  const ScopedHandle descriptor = Parsed(L"D:P(A;;FA;;;" + sid + L")");
+  SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor.get(), FALSE};
+  return descriptor != nullptr && CreateNewFile(path, &attributes);
 }
 
 bool TakeRights(const std::wstring& from, const std::wstring& to) {

@@ -47,6 +47,20 @@ std::optional<WindowsVersion> QueryWindowsVersion() {
                         version.wProductType};
 }
 
+std::string SystemName() {
+  // What GetVersionExW tells ends with the version that a program's manifest names.
+  using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
+  const HMODULE library = ::GetModuleHandleW(L"ntdll.dll");
+  const auto get = library ? reinterpret_cast<GetVersion>(reinterpret_cast<void*>(
+                                 ::GetProcAddress(library, "RtlGetVersion")))
+                           : nullptr;
+  OSVERSIONINFOW version = {};
+  version.dwOSVersionInfoSize = sizeof version;
+  if (!get || get(&version) != 0) return "Windows";
+  return "Windows " + std::to_string(version.dwMajorVersion) + '.' +
+         std::to_string(version.dwMinorVersion) + '.' + std::to_string(version.dwBuildNumber);
+}
+
 void SleepYield() { ::Sleep(0); }
 
 }  // namespace wexpol

@@ -43,7 +43,33 @@ int sqlite3_vle_init(sqlite3* db, char** message, const sqlite3_api_routines* ap
   return SQLITE_OK;
 }
 
-/* Sets the cipher's parameters for every connection of the process. Runs inside
+/* The cipher's own derivation of a key, which leaves none where memory is denied. */
+static void (*derive_key)(void*, char*, int, int, unsigned char*);
+
+static void derive_key_or_none(void* cipher, char* password, int size, int rekey,
+                               unsigned char* salt) {
+  AegisCipher* aegis = cipher;
+  memset(aegis->m_key, 0, sizeof aegis->m_key);
+  derive_key(cipher, password, size, rekey, salt);
+}
+
+/* What sqlite3_key() does not look at: whether there was memory to derive the key, and whether the
+   salt at the beginning of the file could be read. Without it the engine takes the file for a new
+   one, and nothing in it for anything. SQLITE_OK when the key is right. */
+int wexpol_engine_key_code(sqlite3* db) {
+  static const unsigned char none[sizeof((AegisCipher*)0)->m_key];
+  const AegisCipher* cipher = sqlite3mcGetCodec(db, "main")->m_readCipher;
+  sqlite3_file* file = sqlite3PagerFile(sqlite3BtreePager(db->aDb[0].pBt));
+  unsigned char salt[SALTLENGTH_AEGIS];
+  if (memcmp(cipher->m_key, none, sizeof none) == 0) return SQLITE_NOMEM;
+  if (!isOpen(file)) return SQLITE_OK;
+  const int code = sqlite3OsRead(file, salt, sizeof salt, 0);
+  if (code == SQLITE_IOERR_SHORT_READ) return SQLITE_OK; /* indeed a new file */
+  if (code == SQLITE_OK && memcmp(cipher->m_salt, salt, sizeof salt) == 0) return SQLITE_OK;
+  return SQLITE_IOERR;
+}
+
+/* Sets the cipher's parameters and key derivation for every connection of the process. Runs inside
    sqlite3_initialize() on the table from which each new connection copies its own. Key derivation
    costs the least that Argon2 accepts: the key is a constant, stretching it protects nothing. The
    128-bit variant is the fastest that does not need a stack aligned to 32 bytes, which GCC cannot
@@ -62,5 +88,8 @@ int wexpol_engine_init(const char* unused) {
       }
     }
   }
+  CipherDescriptor* only = &globalCodecDescriptorTable[0];
+  if (only->m_generateKey != derive_key_or_none) derive_key = only->m_generateKey;
+  only->m_generateKey = derive_key_or_none;
   return SQLITE_OK;
 }

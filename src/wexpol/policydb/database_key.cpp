@@ -6,6 +6,9 @@
 
 #include "wexpol/platform/wipe.h"
 
+// Of the engine: why the key that it has derived is none for the file.
+extern "C" int wexpol_engine_key_code(sqlite3* db);
+
 namespace wexpol {
 
 // The two halves, little-endian. Neither they nor the whole lie in the built file: what lies there
@@ -24,7 +27,8 @@ std::array<unsigned char, 8> DatabaseKey() {
 int ApplyDatabaseKey(sqlite3* db) {
   std::array<unsigned char, 8> key = DatabaseKey();
   const WipeAtEnd wipe(key);
-  return sqlite3_key(db, key.data(), static_cast<int>(key.size()));
+  const int code = sqlite3_key(db, key.data(), static_cast<int>(key.size()));
+  return code == SQLITE_OK ? wexpol_engine_key_code(db) : code;
 }
 
 }  // namespace wexpol

@@ -20,12 +20,12 @@ int OpenBackup(const std::wstring& path, EngineHandle* backup) {
   return code == SQLITE_OK ? FirstRead(backup->get()) : code;
 }
 
-// SQLITE_OK, or why the pages are not copied; then the file keeps its own.
-int CopyPages(sqlite3* from, sqlite3* to) {
+// All of them, or the file keeps its own.
+bool CopyPages(sqlite3* from, sqlite3* to) {
   sqlite3_backup* copy = sqlite3_backup_init(to, "main", from, "main");
-  if (!copy) return sqlite3_errcode(to);
+  if (!copy) return false;
   sqlite3_backup_step(copy, -1);
-  return sqlite3_backup_finish(copy);
+  return sqlite3_backup_finish(copy) == SQLITE_OK;
 }
 
 bool IsDamage(int code) { return code == SQLITE_NOTADB || code == SQLITE_CORRUPT; }
@@ -91,12 +91,9 @@ bool RestoreFile(const std::wstring& backup, const std::wstring& database, int b
     code = FirstRead(to.get());
   }
   if (code == SQLITE_OK) {
+    // Over damaged pages, too: the old ones are not looked at.
     EngineHandle from;
-    if (OpenBackup(backup, &from) != SQLITE_OK) return false;
-    code = CopyPages(from.get(), to.get());
-    if (code == SQLITE_OK) return true;
-    // Pages of either file may be what cannot be read.
-    if (!IsDamage(code) || !IsSound(from.get())) return false;
+    return OpenBackup(backup, &from) == SQLITE_OK && CopyPages(from.get(), to.get());
   }
   to.reset();
   // Whatever else went wrong may pass, and the file may be sound.

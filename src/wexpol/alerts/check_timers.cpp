@@ -7,6 +7,7 @@
 #include "wexpol/alerts/alert_check.h"
 #include "wexpol/alerts/alert_event_type.h"
 #include "wexpol/alerts/units.h"
+#include "wexpol/records/error_object.h"
 #include "wexpol/records/lists.h"
 #include "wexpol/records/record.h"
 #include "wexpol/records/scopes.h"
@@ -14,13 +15,19 @@
 namespace wexpol {
 namespace {
 
-void StartTimers(sqlite3* db, const std::vector<long>& types) {
-  if (types.empty()) return;
+// SQLITE_OK, or what went wrong.
+int StartTimers(sqlite3* db, const std::vector<long>& types) {
+  if (types.empty()) return SQLITE_OK;
   WriteScope scope(db);
-  if (!scope.ok()) return;
-  for (const long type : types) CAlertCheck::StartTimer(db, type);
-  static_cast<void>(scope.Commit());
+  if (!scope.ok()) return scope.code();
+  for (const long type : types) {
+    if (!CAlertCheck::StartTimer(db, type)) return sqlite3_errcode(db);
+  }
+  return scope.Commit() ? SQLITE_OK : sqlite3_errcode(db);
 }
+
+// Not now, because somebody else writes or this process may only read: a later call starts them.
+bool MayStartLater(int code) { return code == SQLITE_BUSY || code == SQLITE_READONLY; }
 
 }  // namespace
 
@@ -52,8 +59,11 @@ bool ReadCheckTimers(sqlite3* db, std::map<long, long>& timers, const char* colu
     }
     complete = select.Finish(error);
   }
-  StartTimers(db, without_timer);
-  return complete;
+  if (!complete) return false;
+  const int code = StartTimers(db, without_timer);
+  if (code == SQLITE_OK || MayStartLater(code)) return true;
+  error = FailureObject(db, code);
+  return false;
 }
 
 }  // namespace wexpol

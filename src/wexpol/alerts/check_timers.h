@@ -24,7 +24,8 @@ std::optional<std::uint64_t> CheckPeriod(const CAlertEventType& type,
 // is checked at the end of its suppression, one of a Windows service otherwise at the end of its
 // window, any other not at all. Starts the timers of those that have none.
 //
-// False, with the error object, when the types cannot be read.
+// False, with the error object, when the types cannot be read or the timers cannot be started.
+// While another process writes, or where this one may only read, they are left to a later call.
 bool ReadCheckTimers(sqlite3* db, std::map<long, long>& timers, const char* column, long value,
                      const std::set<short>* excluded, std::string& error);
 

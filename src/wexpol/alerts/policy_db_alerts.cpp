@@ -10,6 +10,7 @@
 #include "wexpol/policydb/facade.h"
 
 using wexpol::Ask;
+using wexpol::AskAndTell;
 
 bool CPolicyDB::ClearAndAddAlertEventTypes(const char* json) {
   return ClearAndAdd<CAlertEventType>(json);
@@ -52,7 +53,8 @@ bool CPolicyDB::AddAlertLog(const CAlertLog* log) {
   return log && Ask([&] { return log->AddWithTimer(handle()); });
 }
 bool CPolicyDB::GetAlertLogs(std::list<CAlertLog*>& out, long alertEventTypeId) {
-  return Ask([&] { return CAlertLog::List(handle(), out, alertEventTypeId, m_error); });
+  return AskAndTell(m_error,
+                    [&] { return CAlertLog::List(handle(), out, alertEventTypeId, m_error); });
 }
 bool CPolicyDB::DeleteAlertLogs(long alertEventTypeId) {
   return Ask([&] { return CAlertLog::DeleteByType(handle(), alertEventTypeId) == SQLITE_DONE; });
@@ -89,6 +91,7 @@ long CPolicyDB::GetAlertSecondsRemaining(long alertEventTypeId, std::uint64_t pe
 
 bool CPolicyDB::GetAlertCheckTimerValues(std::map<long, long>& timers, const char* column,
                                          long value, std::set<short>* excluded) {
-  return Ask(
-      [&] { return wexpol::ReadCheckTimers(handle(), timers, column, value, excluded, m_error); });
+  return AskAndTell(m_error, [&] {
+    return wexpol::ReadCheckTimers(handle(), timers, column, value, excluded, m_error);
+  });
 }

@@ -6,6 +6,7 @@
 #include "wexpol/policydb/facade.h"
 
 using wexpol::Ask;
+using wexpol::AskAndTell;
 
 bool CPolicyDB::ClearAndAddAccountBackupDetails(const char* json) {
   return ClearAndAdd<CAccountBackupDetail>(json);
@@ -18,7 +19,7 @@ bool CPolicyDB::ClearAndAddDeviceBackupDetails(const char* json) {
   return ClearAndAdd<CDeviceBackupDetail>(json);
 }
 bool CPolicyDB::GetDeviceBackupDetails(CDeviceBackupDetail* record, long id) {
-  return record && Ask([&] { return record->GetRecord(handle(), id, m_error); });
+  return record && AskAndTell(m_error, [&] { return record->GetRecord(handle(), id, m_error); });
 }
 bool CPolicyDB::GetDeviceBackupDetails(std::list<CDeviceBackupDetail*>& out, const char* column,
                                        long value) {

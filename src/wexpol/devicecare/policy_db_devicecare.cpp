@@ -11,6 +11,7 @@
 #include "wexpol/policydb/facade.h"
 
 using wexpol::Ask;
+using wexpol::AskAndTell;
 
 bool CPolicyDB::AddRemoteControlSettings(const char* json) {
   return Add<CRemoteControlSetting>(json);
@@ -21,7 +22,7 @@ long CPolicyDB::GetRemoteControlSettingIdForThisDevice() {
   return Ask(-1L, [&] { return CRemoteControlSetting::GetIdForThisDevice(handle()); });
 }
 bool CPolicyDB::GetRemoteControlSetting(CRemoteControlSetting* record) {
-  return record && Ask([&] { return record->GetForThisDevice(handle(), m_error); });
+  return record && AskAndTell(m_error, [&] { return record->GetForThisDevice(handle(), m_error); });
 }
 
 bool CPolicyDB::ClearAndAddRestartPolicySettings(const char* json) {
@@ -46,7 +47,8 @@ bool CPolicyDB::ClearAndAddTimeZones(const char* json) { return ClearAndAdd<CTim
 bool CPolicyDB::ClearAndAddTimeServers(const char* json) { return ClearAndAdd<CTimeServer>(json); }
 
 bool CPolicyDB::GetTimeInfo(TIME_ZONE_INFORMATION* out, std::set<std::string>& serverUrls) {
-  return Ask([&] { return wexpol::GetTimeInfo(handle(), out, serverUrls, m_error); });
+  return AskAndTell(m_error,
+                    [&] { return wexpol::GetTimeInfo(handle(), out, serverUrls, m_error); });
 }
 
 bool CPolicyDB::AddInstallInvites(const char* json) { return Add<CInstallInvite>(json); }
@@ -57,7 +59,7 @@ bool CPolicyDB::AddOrUpdateInstallInite(const char* json) {
 }
 
 bool CPolicyDB::GetInstallInvite(CInstallInvite* record, long id) {
-  return record && Ask([&] { return record->GetRecord(handle(), id, m_error); });
+  return record && AskAndTell(m_error, [&] { return record->GetRecord(handle(), id, m_error); });
 }
 
 bool CPolicyDB::GetLumoraDownloadUrlFromInstallInvite(std::string& out, long id) {

@@ -10,6 +10,7 @@
 #include "wexpol/policydb/facade.h"
 
 using wexpol::Ask;
+using wexpol::AskAndTell;
 
 bool CPolicyDB::ClearAndAddAccounts(const char* json) { return ClearAndAdd<CAccount>(json); }
 bool CPolicyDB::GetRecord(CAccount& account) { return ReadFirst(account); }
@@ -42,13 +43,13 @@ bool CPolicyDB::AddDeviceGroups(const char* json) { return Add<CDeviceGroup>(jso
 bool CPolicyDB::ClearDeviceGroups() { return Clear<CDeviceGroup>(); }
 
 bool CPolicyDB::AddDevice(CDevice* device, const char* json) {
-  return Ask([&] { return wexpol::AddDevice(handle(), device, json, m_error); });
+  return AskAndTell(m_error, [&] { return wexpol::AddDevice(handle(), device, json, m_error); });
 }
 bool CPolicyDB::UpdateDevices(const char* json) {
-  return Ask([&] { return wexpol::UpdateDevices(handle(), json, m_error); });
+  return AskAndTell(m_error, [&] { return wexpol::UpdateDevices(handle(), json, m_error); });
 }
 bool CPolicyDB::UpdateNics(const char* json) {
-  return Ask([&] { return wexpol::UpdateNics(handle(), json, m_error); });
+  return AskAndTell(m_error, [&] { return wexpol::UpdateNics(handle(), json, m_error); });
 }
 
 bool CPolicyDB::DeleteDevice(const CDevice* device) {

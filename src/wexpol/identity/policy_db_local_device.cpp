@@ -5,6 +5,7 @@
 #include "wexpol/policydb/facade.h"
 
 using wexpol::Ask;
+using wexpol::AskAndTell;
 
 bool CPolicyDB::GetThisDevice(CDevice& device) {
   return Ask([&] { return wexpol::GetLocalDevice(handle(), device); });
@@ -41,7 +42,8 @@ bool CPolicyDB::SetDeviceStatus(long id, short status) {
 }
 
 bool CPolicyDB::GetDeviceGroupName(std::wstring& name) {
-  return Ask([&] { return wexpol::GetLocalDeviceGroupName(handle(), name, m_error); });
+  return AskAndTell(m_error,
+                    [&] { return wexpol::GetLocalDeviceGroupName(handle(), name, m_error); });
 }
 
 long CPolicyDB::GetLoginId(const wchar_t* name) {

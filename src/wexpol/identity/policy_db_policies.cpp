@@ -19,5 +19,5 @@ bool CPolicyDB::SetAuthLog(bool success, std::uint64_t tableId, const SYSTEMTIME
 }
 
 bool CPolicyDB::GetAuthLog(CAuthLog& log, std::uint64_t tableId) {
-  return wexpol::Ask([&] { return log.GetRecord(handle(), tableId, m_error); });
+  return wexpol::AskAndTell(m_error, [&] { return log.GetRecord(handle(), tableId, m_error); });
 }

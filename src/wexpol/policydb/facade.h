@@ -3,9 +3,11 @@
 #ifndef WEXPOL_POLICYDB_FACADE_H_
 #define WEXPOL_POLICYDB_FACADE_H_
 
+#include <string>
 #include <utility>
 
 #include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/error_object.h"
 #include "wexpol/records/lists.h"
 #include "wexpol/records/query.h"
 #include "wexpol/records/scopes.h"
@@ -29,6 +31,17 @@ bool Ask(Question&& question) noexcept {
   return Ask(false, std::forward<Question>(question));
 }
 
+// The same of what leaves an error object in `error`, as it then does for a denied allocation, too.
+template <typename Question>
+bool AskAndTell(std::string& error, Question&& question) noexcept {
+  try {
+    return std::forward<Question>(question)();
+  } catch (...) {
+    TellOutOfMemory(error);
+    return false;
+  }
+}
+
 // Deletes the row of that id; true also when there is none.
 template <typename Record>
 bool DeleteById(sqlite3* db, std::int32_t id) {
@@ -41,14 +54,16 @@ bool DeleteById(sqlite3* db, std::int32_t id) {
 
 template <typename Record>
 bool CPolicyDB::ClearAndAdd(const char* json) {
-  return wexpol::Ask(
-      [&] { return wexpol::ReplaceTable(handle(), wexpol::kRecordClass<Record>, json, m_error); });
+  return wexpol::AskAndTell(m_error, [&] {
+    return wexpol::ReplaceTable(handle(), wexpol::kRecordClass<Record>, json, m_error);
+  });
 }
 
 template <typename Record>
 bool CPolicyDB::Add(const char* json) {
-  return wexpol::Ask(
-      [&] { return wexpol::AddDocument(handle(), wexpol::kRecordClass<Record>, json, m_error); });
+  return wexpol::AskAndTell(m_error, [&] {
+    return wexpol::AddDocument(handle(), wexpol::kRecordClass<Record>, json, m_error);
+  });
 }
 
 template <typename Record>
@@ -58,18 +73,20 @@ bool CPolicyDB::Clear() {
 
 template <typename Record>
 bool CPolicyDB::List(std::list<Record*>& out, const char* column, long value) {
-  return wexpol::Ask([&] { return wexpol::ListRecords(handle(), out, column, value, m_error); });
+  return wexpol::AskAndTell(
+      m_error, [&] { return wexpol::ListRecords(handle(), out, column, value, m_error); });
 }
 
 template <typename Record>
 bool CPolicyDB::ReadFirst(Record& record) {
-  return wexpol::Ask(
-      [&] { return wexpol::ReadRecord(record, m_error, handle(), Record::Table().select()); });
+  return wexpol::AskAndTell(m_error, [&] {
+    return wexpol::ReadRecord(record, m_error, handle(), Record::Table().select());
+  });
 }
 
 template <typename Record>
 bool CPolicyDB::ReadByKey(Record& record, long key) {
-  return wexpol::Ask([&] {
+  return wexpol::AskAndTell(m_error, [&] {
     return wexpol::ReadRecord(record, m_error, handle(), Record::Table().select_by_key(), key);
   });
 }

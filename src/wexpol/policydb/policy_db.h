@@ -330,9 +330,9 @@ class WEXPOL_API CPolicyDB {
   bool ClearAndAddTimeZones(const char* json);
   bool ClearAndAddTimeServers(const char* json);
   // The time zone of the local device, else of its account, without names, and the addresses of
-  // all time servers, whatever the answer. False when the zone is not stored or not decodable, or
-  // no zone is assigned and the device is not known; true, and `out` untouched, when no zone is
-  // assigned to a known device.
+  // all time servers in any case. False when one of them cannot be read or decoded, or no zone is
+  // assigned and the device is not known; true, and `out` untouched, when no zone is assigned to a
+  // known device.
   bool GetTimeInfo(TIME_ZONE_INFORMATION* out, std::set<std::string>& serverUrls);
 
   // Invitations.

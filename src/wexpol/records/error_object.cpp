@@ -23,4 +23,12 @@ std::string FailureObject(sqlite3* db, int code, std::string_view json_error) {
   return ErrorObject(code, EngineMessage(db, code));
 }
 
+void TellOutOfMemory(std::string& error) noexcept {
+  try {
+    error = ErrorObject(SQLITE_NOMEM, sqlite3_errstr(SQLITE_NOMEM));
+  } catch (...) {
+    error = R"({"code": 7})";  // As long as a string holds in itself.
+  }
+}
+
 }  // namespace wexpol

@@ -24,6 +24,9 @@ std::string EngineMessage(sqlite3* db, int code);
 // The error object of the engine's failure, or, for kNoCode, of a fault of the document.
 std::string FailureObject(sqlite3* db, int code, std::string_view json_error = kJsonError);
 
+// The error object of a denied allocation, which itself may go without memory.
+void TellOutOfMemory(std::string& error) noexcept;
+
 }  // namespace wexpol
 
 #endif  // WEXPOL_RECORDS_ERROR_OBJECT_H_

@@ -41,7 +41,8 @@ bool CPolicyDB::GetFilterUrls(std::list<CFilterUrl*>& out, const char* column, l
   return List(out, column, value);
 }
 bool CPolicyDB::AddFilterUrl(CFilterUrl* url, const char* json) {
-  return wexpol::Ask([&] { return wexpol::AddFilterUrl(handle(), url, json, m_error); });
+  return wexpol::AskAndTell(m_error,
+                            [&] { return wexpol::AddFilterUrl(handle(), url, json, m_error); });
 }
 
 bool CPolicyDB::AddFilterCategories(const char* json) { return Add<CFilterCategory>(json); }
@@ -62,8 +63,8 @@ bool CPolicyDB::ClearAndAddSafeSearchParameters(const char* json) {
   return ClearAndAdd<CSafeSearchParameter>(json);
 }
 bool CPolicyDB::GetSafeSearchParameters(std::list<CSafeSearchParameter*>& out, const char*, long) {
-  return wexpol::Ask(
-      [&] { return CSafeSearchParameter::SpecialGetFromDB(out, handle(), &m_error); });
+  return wexpol::AskAndTell(
+      m_error, [&] { return CSafeSearchParameter::SpecialGetFromDB(out, handle(), &m_error); });
 }
 
 bool CPolicyDB::ClearAndAddIcatKeywords(const char* json) {

@@ -132,7 +132,8 @@ std::vector<Operation> AllOperations() {
         CPolicyDB db(kAccessCode, kReadWrite, 100);
         return db.IsValidDB() && db.IsProvisioned();
       }),
-      Asks("restore", [](CPolicyDB& db) -> long { return db.RestoreDB(); }),
+      // Answers whether the file could be opened, whatever became of the restore.
+      Asks("restore", L::kLearns, [](CPolicyDB& db) -> long { return db.RestoreDB(); }),
       Asks("check", [](CPolicyDB& db) -> long { return db.CheckIntegrity(); }),
       {"synchronise in a transaction", L::kWhole, SynchroniseAll},
       {"version report", L::kWhole,

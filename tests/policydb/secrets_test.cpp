@@ -12,6 +12,9 @@
 #ifdef _WIN32
 #include <windows.h>
 #include <sddl.h>
+#else
+#include <sys/inotify.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -56,9 +59,18 @@ TEST(Secrets, NoConfigurationOfTheCryptographicLibraryIsRead) {
   WriteBytes(file,
              "openssl_conf = start\n[start]\nalg_section = properties\n"
              "[properties]\ndefault_properties = fips=yes\n");
+#ifndef _WIN32
+  const int watch = ::inotify_init1(IN_NONBLOCK);
+  ASSERT_GE(::inotify_add_watch(watch, wexpol::WideToUtf8(file).c_str(), IN_OPEN), 0);
+#endif
   EXPECT_TRUE(ChildProcess(environment.folder(), "decrypt_despite_configuration",
                            {wexpol::WideToUtf8(file)})
                   .Succeeded());
+#ifndef _WIN32
+  char events[4096];
+  EXPECT_LT(::read(watch, events, sizeof events), 0) << "somebody has opened it";
+  ::close(watch);
+#endif
 }
 
 TEST(Secrets, FoldersAreTheSystemsAndAdministrators) {

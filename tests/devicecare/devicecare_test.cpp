@@ -204,6 +204,7 @@ const ChildFunction kSeesBlock("sees_brand_block", [](const Arguments&) {
 
 TEST_F(DeviceCareTest, BrandBlockIsFilledByItsCreatorAndTakenAsItIs) {
   EXPECT_EQ(wexpol::ReadBrandInfo()->product_name, L"Corvane Agent");
+  EXPECT_EQ(wexpol::ReadBrandInfo()->brand_id, 0);
   wexpol::ReleaseBrandForTesting();
   ASSERT_TRUE(wexpol::WriteText(AgentKey::kClass, L"PN", std::wstring(100, L'x')));
   EXPECT_EQ(wexpol::ReadBrandInfo()->product_name, std::wstring(80, L'x'));

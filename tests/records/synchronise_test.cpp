@@ -140,8 +140,8 @@ TEST_F(SynchroniseTest, AReadScopeHoldsOneState) {
     const wexpol::ReadScope nested(handle());  // Leaves the outer one alone.
     scope.Release();
     EXPECT_EQ(count(), "2");
+    Sql("BEGIN");  // The caller's, which the end of the scope leaves open.
   }
-  Sql("BEGIN");
   { const wexpol::ReadScope within(handle()); }
   EXPECT_EQ(sqlite3_get_autocommit(handle()), 0);
   Sql("COMMIT");

@@ -229,6 +229,8 @@ TEST_F(SubserviceVersionTest, TimeSinceAVersion) {
   EXPECT_EQ(version.HowLongSinceLastUpdate(), 60);
   version.version_date.year = 2000;
   EXPECT_EQ(version.HowLongSinceLastUpdate(), 0);
+  version.version_date.year = 2001;
+  EXPECT_GT(version.HowLongSinceLastUpdate(), 0);
 }
 
 TEST_F(SubserviceVersionTest, InstalledBackupClients) {

@@ -222,7 +222,6 @@ void RunLog(const Options& options, Figures& figures) {
     const std::size_t at = line.find(" WexPol > ");
     int process = -1;
     long number = -1;
-    if (line.ends_with('\r')) line.pop_back();
     if (line.starts_with("ClientVersion = ")) continue;
     if (at == line.npos || std::sscanf(line.c_str() + at + 10, "%d %ld", &process, &number) != 2 ||
         line.substr(at + 10) != LogText(process, number)) {

@@ -23,13 +23,13 @@ bool GetZone(sqlite3* db, TIME_ZONE_INFORMATION* zone) {
   return zone_id < 1 ? known : CTimeZone().GetTimeZoneInformation(zone, db, zone_id);
 }
 
-bool AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
+void AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
   ListStatement servers(db, CTimeServer::Table(), nullptr, 0);
   for (CTimeServer server; servers.StepRow();) {
     server.CopyFromDB(servers.get());
     if (server.url) urls.emplace(server.url.view());
   }
-  return servers.Finish(error);
+  static_cast<void>(servers.Finish(error));  // The answer does not depend on the servers.
 }
 
 }  // namespace
@@ -37,9 +37,9 @@ bool AddServers(sqlite3* db, std::set<std::string>& urls, std::string& error) {
 bool GetTimeInfo(sqlite3* db, TIME_ZONE_INFORMATION* zone, std::set<std::string>& server_urls,
                  std::string& error) {
   const ReadScope scope(db);
-  const bool known = GetZone(db, zone);
-  // Listed in every case.
-  return AddServers(db, server_urls, error) && known;
+  const bool answer = GetZone(db, zone);
+  AddServers(db, server_urls, error);
+  return answer;
 }
 
 }  // namespace wexpol

@@ -16,8 +16,8 @@ namespace wexpol {
 // names. False when the zone is not stored or not decodable. When none is assigned `zone` is left
 // alone, and the answer is whether the local device is known.
 //
-// In any case the addresses of all time servers are added. False, with the error object in `error`,
-// when they cannot be read; which there are does not change the answer.
+// In any case the addresses of all time servers are added; when they cannot be read `error` has the
+// error object, which does not change the answer.
 bool GetTimeInfo(sqlite3* db, TIME_ZONE_INFORMATION* zone, std::set<std::string>& server_urls,
                  std::string& error);
 

@@ -54,7 +54,7 @@ TEST_F(FailuresTest, TimersThatCannotBeStartedAreTold) {
   EXPECT_EQ(timers, (std::map<long, long>{{1, 120}}));
   Sql("CREATE TRIGGER refuse BEFORE INSERT ON alert_checks BEGIN SELECT RAISE(FAIL, 'no'); END");
   EXPECT_FALSE(db().GetAlertCheckTimerValues(timers, nullptr, 0, nullptr));
-  EXPECT_EQ(db().GetError(), R"({"code": 19,"desc": "no"})");
+  EXPECT_EQ(db().GetError(), R"({"code": 19,"desc": "constraint failed"})");
 }
 
 #ifndef _WIN32

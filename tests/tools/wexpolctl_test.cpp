@@ -156,7 +156,15 @@ TEST_F(WexpolctlTest, SamplesFillEveryTableOfTheConsole) {
   const Outcome tables = RunLine("tables");
   EXPECT_EQ(tables.code, 1);
   EXPECT_TRUE(Holds(tables.err, "nics"));
-  EXPECT_TRUE(Holds(RunLine("doctor").out, "missing or of another make: nics"));
+  Sql("DROP INDEX app_files_by_name; DROP TRIGGER policy_services_policy_insert; ALTER TABLE apps "
+      "RENAME "
+      "COLUMN name TO title; DROP VIEW remote_control_settings");
+  const std::string doctor = RunLine("doctor --json").out;
+  for (const char* piece :
+       {"the table nics is missing", "the trigger policy_services_policy_insert is",
+        "the table apps is of another make", "the view remote_control_settings"}) {
+    EXPECT_TRUE(Holds(doctor, piece)) << piece << doctor;
+  }
 }
 
 TEST_F(WexpolctlTest, SyncFindsTheDocumentsThatAreNamed) {
@@ -362,15 +370,29 @@ TEST_F(WexpolctlTest, EveryCommandFailsInOneSentenceAndInJson) {
     const auto report = Json(args);
     EXPECT_TRUE(report.HasMember("error") && report.HasMember("next"));
   }
-  const char* kWrong[] = {"",           "nonsense",         "list",
-                          "status x",   "list a --limit x", "config",
-                          "config get", "explain",          "explain --md5 0123"};
+  const char* kWrong[] = {"",
+                          "nonsense",
+                          "list",
+                          "status x",
+                          "list a --limit x",
+                          "config",
+                          "config get",
+                          "explain",
+                          "explain --md5 0123",
+                          "list a --limit 0x10",
+                          "explain --file a --login 4294976297",
+                          "list a --limit -1",
+                          "list a --limit 18446744073709551616",
+                          "status --db=",
+                          "init --read-only"};
   for (const char* line : kWrong) {
     const Outcome outcome = RunLine(line);
     EXPECT_EQ(outcome.code, 2) << line;
     EXPECT_EQ(outcome.out, "") << line;
     EXPECT_FALSE(outcome.err.empty()) << line;
   }
+  EXPECT_EQ(Run({"status", "--db", ""}).code, 2);
+  EXPECT_TRUE(Holds(RunLine("statsu").err, "did you mean 'status'?"));
   EXPECT_TRUE(Holds(RunLine("--help").out, "config"));
   EXPECT_TRUE(Holds(RunLine("list --help").out, "--where COLUMN=VALUE"));
   EXPECT_TRUE(RunLine("--version").out.starts_with("wexpolctl "));
@@ -414,6 +436,35 @@ TEST_F(WexpolctlTest, BackupTakesTheFilesPlaceAndNothingIsLostOnTheWay) {
   EXPECT_FALSE(wexpol::FileExists(path() + L".new"));
 }
 
+TEST_F(WexpolctlTest, NothingTakesTheBackupsPlaceThatIsNoWholeDatabase) {
+  Provision();
+  ASSERT_EQ(RunLine("backup").code, 0);
+  const std::string good = ReadBytes(backup());
+  const std::string file = wexpol::WideToUtf8(path());
+  EXPECT_EQ(Run({"backup", "--to", file}).code, 2);
+  EXPECT_EQ(Run({"restore", "--from", file}).code, 2);
+  Sql("DROP TABLE nics");
+  EXPECT_EQ(RunLine("backup").code, 1);
+  WriteBytes(path(), "");
+  EXPECT_EQ(RunLine("backup").code, 3);
+  EXPECT_TRUE(ReadBytes(backup()) == good);
+  EXPECT_EQ(RunLine("restore").code, 0);
+  EXPECT_EQ(RunLine("restore").code, 0);
+  EXPECT_EQ(ReadBytes(path() + L".replaced"), "") << "the first one is kept";
+  const std::string sound = ReadBytes(path());
+  WriteBytes(backup(), "");
+  EXPECT_EQ(RunLine("restore").code, 1);
+  EXPECT_TRUE(ReadBytes(path()) == sound);
+  EXPECT_TRUE(Holds(RunLine("doctor").out, "wexpol.bak has no tables"));
+}
+
+TEST_F(WexpolctlTest, AdviceLeadsToTheFileThatWasNamed) {
+  const std::string copy = Write("a copy.db", "");
+  const Outcome outcome = Run({"--db", copy, "check"});
+  EXPECT_TRUE(Holds(outcome.err, "'wexpolctl --db \"" + copy + "\" init --force'")) << outcome.err;
+  EXPECT_EQ(Run({"--db", std::filesystem::path(copy).parent_path().string(), "init"}).code, 2);
+}
+
 TEST_F(WexpolctlTest, DoctorTellsAnOldBackup) {
   Provision();
   CDeviceInfo::WriteDeviceID(70001);
@@ -424,7 +475,7 @@ TEST_F(WexpolctlTest, DoctorTellsAnOldBackup) {
   const Outcome well = RunLine("doctor");
   EXPECT_EQ(well.code, 0) << well.out;
   environment_.clock().Advance(2 * 86400);
-  EXPECT_TRUE(Holds(RunLine("doctor").out, "no    8 d 0 h old"));
+  EXPECT_TRUE(Holds(RunLine("doctor").out, "no    8 d 0 h old, sound"));
   EXPECT_TRUE(Holds(RunLine("status").out, "backup age            8 d 0 h"));
 }
 
@@ -522,7 +573,7 @@ TEST_F(WexpolctlTest, AnswersAreThoseOfTheAgent) {
       {"config get sb_flow_enabled", 0, "service           1\nvalue             true"},
       {"config get sb_flow_enabled --service 4", 0, "read as a switch  no"},
       {"config get NXB_AV_DOWNLOAD_URL", 0, "https://get.example.net/av/setup.exe"},
-      {"config get sb_flow_enabled --service 70000", 1, "config list"},
+      {"config get sb_flow_enabled --service 70000", 2, "from 0 to 32767"},
       {"config get nothing", 1, "config list"},
       {"config list", 0, "Bitte IT fragen."},
       {"filter check Adult Television", 0, "Television   5  yes           no           yes"},

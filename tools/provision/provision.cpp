@@ -41,7 +41,10 @@ sqlite3* OpenKeyed(const std::wstring& path, int flags) {
 bool PrepareFolders(const std::wstring& database, const std::wstring& readers, std::string& error) {
   const std::wstring folder = FolderOf(database), log = FolderOf(CFilePaths::GetLocationLogFile());
   const bool agents = database == CFilePaths::GetLocationDB();
-  if (FileExists(folder) && !agents) return true;
+  if (FileExists(folder) && !agents) {
+    error = "its folder is there and keeps its rights";
+    return readers.empty();
+  }
   error = "the folder cannot be made, or its rights cannot be given";
   return MakePrivateFolder(folder, readers) && (!agents || log == folder || MakeLogFolder(log));
 }

@@ -31,7 +31,7 @@ void AddType(sqlite3* db, const CAlertEventType& type, Listing& listing) {
 }
 
 ExitCode Alerts(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   const wexpol::ReadScope scope(database.handle());
   Listing& listing = call.report.AddListing(
       "types",

@@ -9,19 +9,21 @@ namespace {
 
 ExitCode Check(Call& call) {
   Database database(call.database);
-  const bool sound = database.session().CheckIntegrity();
+  const auto findings = Findings(database.handle());
   call.report.Add("file", Text(call.database));
-  call.report.Add("sound", Flag(sound));
-  if (sound) return kDone;
-  Listing& listing = call.report.AddListing("findings", {"finding"}, false);
-  for (const std::string& finding : IntegrityFindings(database.handle()))
-    listing.Add({Text(finding)});
-  throw Failure{kFinding, "The database is damaged.",
+  call.report.Add("sound", Flag(findings.empty()));
+  if (findings.empty()) return kDone;
+  Listing& listing = call.report.AddListing("findings", {"finding"});
+  for (const std::string& finding : findings) listing.Add({Text(finding)});
+  throw Failure{kFinding, "The database is damaged or incomplete.",
                 "Put the backup in its place with 'wexpolctl restore'."};
 }
 
 }  // namespace
 
-Command CheckCommand() { return {"check", "Check the integrity of the whole file", {}, &Check}; }
+Command CheckCommand() {
+  return {
+      "check", "Check the integrity of the whole file, and that its tables are there", {}, &Check};
+}
 
 }  // namespace wexpolctl

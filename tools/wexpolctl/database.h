@@ -11,16 +11,19 @@
 #include <vector>
 
 #include "wexpol/policydb/policy_db.h"
+#include "wexpol/records/statement.h"
 
 namespace wexpolctl {
 
 // One session, proven to be readable.
 class Database {
  public:
-  enum Use { kLook, kWrite };
+  // To look and to ask leave the file and those beside it as they are. The agent's questions are
+  // asked of a whole file only: their answers do not tell a failure of the engine.
+  enum Use { kLook, kAsk, kWrite };
 
   // Throws a Failure when the file is missing, or cannot be opened and read; a LostFile when what
-  // is there is no database. To look leaves the file and those beside it as they are.
+  // is there is no database, or not whole.
   explicit Database(const std::wstring& path, Use use = kLook);
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -43,8 +46,20 @@ std::optional<std::int64_t> CountRows(sqlite3* db, const std::string& table);
 // none.
 std::optional<long> LocalDeviceId(sqlite3* db);
 
-// The first findings of the engine's check of the whole file; none when it is sound.
-std::vector<std::string> IntegrityFindings(sqlite3* db);
+// What keeps a file from being whole: the first findings of the engine's check, else the tables
+// that are missing or that this version cannot read.
+std::vector<std::string> Findings(sqlite3* db);
+
+// Throws a Failure when the last step of a statement answered another code than SQLITE_DONE.
+void RequireDone(int code);
+
+// Runs `action` on each row. Throws a Failure when they cannot be read to the end.
+template <typename Action>
+void ForEachRow(wexpol::Statement& select, Action&& action) {
+  int code;
+  while ((code = select.Step()) == SQLITE_ROW) action();
+  RequireDone(code);
+}
 
 }  // namespace wexpolctl
 

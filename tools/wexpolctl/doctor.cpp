@@ -1,12 +1,10 @@
 // wexpolctl doctor: everything that can be wrong on a machine, with what to do about it.
 
-#include <functional>
-
 #include "tools/wexpolctl/commands.h"
 #include "tools/wexpolctl/database.h"
 #include "tools/wexpolctl/files.h"
 #include "tools/wexpolctl/restore.h"
-#include "tools/wexpolctl/tables.h"
+#include "tools/wexpolctl/schema_check.h"
 #include "wexpol/devicecare/brand.h"
 #include "wexpol/identity/device.h"
 #include "wexpol/platform/agent_registry.h"
@@ -19,15 +17,21 @@ namespace {
 
 constexpr std::int64_t kOldBackup = std::int64_t{7} * 86400;
 
+std::string Joined(const std::vector<std::string>& texts) {
+  std::string joined;
+  for (const std::string& text : texts) joined += (joined.empty() ? "" : "; ") + text;
+  return joined;
+}
+
 // Looks at one thing after the other; what cannot be looked at any more is left out.
 class Examination {
  public:
-  explicit Examination(std::wstring database) : path_(std::move(database)) {}
+  explicit Examination(const Call& call) : path_(call.database), tool_(call.tool) {}
 
   void Run() {
-    LookAtSideFiles();  // An open would take them in.
+    LookAtSideFiles();
+    LookAtBackup();  // What to do about a bad file depends on it.
     LookAtFile();
-    LookAtBackup();
     LookAtBrand();
     LookAtLog();
     LookAtRegistry();
@@ -38,10 +42,10 @@ class Examination {
   bool all_well() const { return all_well_; }
 
   void Print(Report& report) const {
-    Listing& listing = report.AddListing("checks", {"check", "well", "what", "what to do"}, false);
+    Listing& listing = report.AddListing("checks", {"check", "well", "what", "what to do"});
     for (const Line& line : lines_) {
       listing.Add({Text(line.check), Flag(line.todo.empty()), Text(line.what),
-                   line.todo.empty() ? Nothing() : Text(line.todo)});
+                   line.todo.empty() ? Nothing() : Text(AdviceFor(tool_, line.todo))});
     }
   }
 
@@ -70,35 +74,34 @@ class Examination {
     try {
       Database database(path_);
       Note("file and key", wexpol::WideToUtf8(path_) + ", readable");
-      const auto findings = IntegrityFindings(database.handle());
+      const auto findings = Findings(database.handle());
       file_is_bad_ = !findings.empty();
-      if (file_is_bad_) return Note("integrity", findings.front(), "wexpolctl doctor --repair");
-      Note("integrity", "sound");
+      Note("integrity", file_is_bad_ ? Joined(findings) : "sound",
+           file_is_bad_ ? CureOfBadFile() : "");
       LookAtTables(database.handle());
-      LookAtIdentity(database.handle());
+      if (!file_is_bad_) LookAtIdentity(database.handle());
     } catch (const LostFile& failure) {
       file_is_bad_ = true;
-      const bool can_repair = wexpol::FileExists(BackupPathOf(path_));
-      Note("file and key", failure.problem,
-           can_repair ? "wexpolctl doctor --repair" : "wexpolctl init --force, then sync");
+      Note("file and key", failure.problem, CureOfBadFile());
     } catch (const Failure& failure) {
       Note("file and key", failure.problem, failure.next);
     }
   }
 
+  std::string CureOfBadFile() const {
+    return backup_is_good_ ? "wexpolctl doctor --repair" : "wexpolctl init --force, then sync";
+  }
+
   void LookAtTables(sqlite3* db) {
-    std::string differing;
-    for (const SyncTable& table : SyncTables()) {
-      const auto names = ColumnNames(db, table.name());
-      const wexpol::Columns& columns = table.record_class->table().columns();
-      if (names.size() < columns.size() ||
-          !std::equal(columns.begin(), columns.end(), names.begin(),
-                      [](const auto& column, const auto& name) { return column.name == name; })) {
-        differing += (differing.empty() ? "" : ", ") + std::string(table.name());
-      }
+    const SchemaDifferences differences = CompareWithSchema(db);
+    if (!differences.faults.empty()) {
+      Note("tables", Joined(differences.faults),
+           backup_is_good_ ? "wexpolctl restore" : "wexpolctl init --force, then sync");
+    } else if (!differences.notes.empty()) {
+      Note("tables", "as this version expects them, but slow: " + Joined(differences.notes));
+    } else {
+      Note("tables", "as this version expects them");
     }
-    if (differing.empty()) return Note("tables", "as this version expects them");
-    Note("tables", "missing or of another make: " + differing, "wexpolctl init --force, then sync");
   }
 
   void LookAtIdentity(sqlite3* db) {
@@ -115,7 +118,11 @@ class Examination {
     const std::wstring backup = BackupPathOf(path_);
     const auto age = AgeOf(backup);
     if (!age) return Note("backup", "none", "wexpolctl backup");
-    Note("backup", Duration(*age).text + " old", *age > kOldBackup ? "wexpolctl backup" : "");
+    const std::string fault = FaultOfBackup(backup);
+    backup_is_good_ = fault.empty();
+    if (!backup_is_good_) return Note("backup", fault, "wexpolctl backup, when the file is sound");
+    Note("backup", Duration(*age).text + " old, sound",
+         *age > kOldBackup ? "wexpolctl backup" : "");
   }
 
   void LookAtBrand() {
@@ -146,19 +153,21 @@ class Examination {
   }
 
   std::wstring path_;
+  std::string tool_;
   std::vector<Line> lines_;
   bool file_is_bad_ = false;
+  bool backup_is_good_ = false;
   bool all_well_ = true;
 };
 
 ExitCode Doctor(Call& call) {
-  Examination examination(call.database);
+  Examination examination(call);
   examination.Run();
   if (examination.file_is_bad() && call.options.Has("--repair")) {
     const std::wstring aside = RestoreDatabase(call.database, BackupPathOf(call.database));
     call.report.Add("repaired", Text("the backup took the file's place"));
     call.report.Add("former file", aside.empty() ? Nothing() : Text(aside));
-    examination = Examination(call.database);
+    examination = Examination(call);
     examination.Run();
   }
   examination.Print(call.report);

@@ -1,28 +1,36 @@
 #include "tools/wexpolctl/files.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <fstream>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "wexpol/platform/clock.h"
+#include "wexpol/platform/files.h"
 #include "wexpol/platform/text.h"
+#include "wexpol/policydb/encrypted_file.h"
 
 namespace wexpolctl {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array<const wchar_t*, 3> kSideFiles = {L"-wal", L"-shm", L"-journal"};
-
 fs::path FromUtf8(const std::string& utf8) { return {std::u8string(utf8.begin(), utf8.end())}; }
 
-bool Rename(const std::wstring& from, const std::wstring& to) {
-  std::error_code error;
-  fs::rename(ToPath(from), ToPath(to), error);
-  return !error;
+bool MoveSideFiles(const std::wstring& from, const std::wstring& to) {
+  for (const wchar_t* end : wexpol::kSideFiles) {
+    if (wexpol::FileExists(from + end) && !wexpol::RenameFile(from + end, to + end)) return false;
+  }
+  return true;
+}
+
+// To a name that is free; what has been renamed by a failure is named back.
+bool MoveDatabase(const std::wstring& from, const std::wstring& to) {
+  if (MoveSideFiles(from, to) && wexpol::MoveFileOver(from, to)) return true;
+  MoveSideFiles(to, from);
+  return false;
 }
 
 }  // namespace
@@ -68,15 +76,35 @@ bool WriteFile(const std::wstring& path, const std::string& text) {
 }
 
 void RemoveSideFiles(const std::wstring& database) {
-  std::error_code error;
-  for (const wchar_t* suffix : kSideFiles) fs::remove(ToPath(database + suffix), error);
+  for (const wchar_t* end : wexpol::kSideFiles) wexpol::RemoveFile(database + end);
 }
 
-bool MoveDatabase(const std::wstring& from, const std::wstring& to) {
-  if (!Rename(from, to)) return false;
-  RemoveSideFiles(to);
-  for (const wchar_t* suffix : kSideFiles) Rename(from + suffix, to + suffix);
-  return true;
+bool ReplaceDatabase(const std::wstring& fresh, const std::wstring& database,
+                     const std::wstring& aside) {
+  const bool existed = wexpol::FileExists(database);
+  if (existed && !MoveDatabase(database, aside)) return false;
+  if (!existed) RemoveSideFiles(database);  // Of a file that is gone.
+  if (MoveDatabase(fresh, database)) return true;
+  if (existed) MoveDatabase(aside, database);
+  return false;
+}
+
+std::wstring UnusedName(const std::wstring& path) {
+  std::wstring name = path;
+  const auto is_used = [&] {
+    return wexpol::FileExists(name) ||
+           std::any_of(std::begin(wexpol::kSideFiles), std::end(wexpol::kSideFiles),
+                       [&](const wchar_t* end) { return wexpol::FileExists(name + end); });
+  };
+  for (int number = 2; is_used(); ++number) name = path + L'.' + std::to_wstring(number);
+  return name;
+}
+
+TemporaryDatabase::TemporaryDatabase(std::wstring path) : path_(std::move(path)) { Remove(); }
+
+void TemporaryDatabase::Remove() {
+  wexpol::RemoveFile(path_);
+  RemoveSideFiles(path_);
 }
 
 }  // namespace wexpolctl

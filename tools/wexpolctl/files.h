@@ -27,9 +27,29 @@ bool WriteFile(const std::wstring& path, const std::string& text);
 
 // The engine's files beside a database: "-wal", "-shm", "-journal".
 void RemoveSideFiles(const std::wstring& database);
-// Renames a closed database with its side files, over what has the new name. False, and nothing
-// changed, when the database itself cannot be renamed.
-bool MoveDatabase(const std::wstring& from, const std::wstring& to);
+// Puts a closed database with its side files in the place of another, which goes to `aside`, or of
+// none. False, and all as it was, when one of them cannot be renamed.
+bool ReplaceDatabase(const std::wstring& fresh, const std::wstring& database,
+                     const std::wstring& aside);
+// `path`, or with the first number at its end that gives a name for a database that is free.
+std::wstring UnusedName(const std::wstring& path);
+
+// A database that is made under another name than its own; gone with its side files at the end,
+// unless it was renamed.
+class TemporaryDatabase {
+ public:
+  explicit TemporaryDatabase(std::wstring path);
+  ~TemporaryDatabase() { Remove(); }
+  TemporaryDatabase(const TemporaryDatabase&) = delete;
+  TemporaryDatabase& operator=(const TemporaryDatabase&) = delete;
+
+  const std::wstring& path() const { return path_; }
+
+ private:
+  void Remove();
+
+  std::wstring path_;
+};
 
 }  // namespace wexpolctl
 

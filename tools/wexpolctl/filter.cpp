@@ -9,7 +9,7 @@ namespace wexpolctl {
 namespace {
 
 ExitCode CheckCategories(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   CPolicyDB& session = database.session();
   std::string unknown;
   Listing& listing = call.report.AddListing(

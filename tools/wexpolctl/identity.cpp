@@ -50,7 +50,7 @@ void ReportCredential(sqlite3* db, long device_id, Report& report) {
 }
 
 ExitCode Identity(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   sqlite3* db = database.handle();
   long stored;
   const bool is_stored = CDeviceInfo::GetDeviceID(&stored);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "tools/wexpolctl/secrets.h"
 #include "wexpol/platform/clock.h"
 #include "wexpol/platform/system_types.h"
 #include "wexpol/platform/text.h"
@@ -80,7 +81,10 @@ std::string Printable(std::string_view utf8) {
 
 Cell Nothing() { return {"null", "-"}; }
 
-Cell Text(std::string_view utf8) { return {JsonString(utf8), Printable(utf8)}; }
+Cell Text(std::string_view utf8) {
+  const std::string text = WithoutCredentials(utf8);
+  return {JsonString(text), Printable(text)};
+}
 
 Cell Text(std::wstring_view wide) { return Text(wexpol::WideToUtf8(wide)); }
 

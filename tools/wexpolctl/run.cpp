@@ -1,12 +1,15 @@
 #include "tools/wexpolctl/run.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "tools/wexpolctl/command_line.h"
 #include "tools/wexpolctl/files.h"
 #include "wexpol/platform/file_paths.h"
 #include "wexpol/platform/look_only.h"
 #include "wexpol/platform/testing.h"
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -16,6 +19,13 @@ void CheckReadOnly(const CommandLine& line, Effect effect) {
   throw Failure{kUsage,
                 "'" + std::string(line.command.name) + "' would write, and --read-only forbids it.",
                 "Leave --read-only out to let it write."};
+}
+
+void CheckIsFile(const std::wstring& database) {
+  std::error_code ignored;
+  if (!std::filesystem::is_directory(ToPath(database), ignored)) return;
+  throw Failure{kUsage, wexpol::WideToUtf8(database) + " is a folder, and no database.",
+                "Name the file in it, or the folder by --root."};
 }
 
 ExitCode RunCommand(const CommandLine& line, Report& report, std::ostream& out,
@@ -34,6 +44,7 @@ ExitCode RunCommand(const CommandLine& line, Report& report, std::ostream& out,
                out,
                line.json,
                line.Place()};
+  CheckIsFile(call.database);
   return line.command.run(call);
 }
 

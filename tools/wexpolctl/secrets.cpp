@@ -1,8 +1,8 @@
 #include "tools/wexpolctl/secrets.h"
 
 #include <algorithm>
-#include <cctype>
-#include <string>
+
+#include "wexpol/platform/text.h"
 
 namespace wexpolctl {
 namespace {
@@ -14,21 +14,39 @@ constexpr std::string_view kColumns[] = {
     "license",  "public_key",         "shadow_protect_license_key", "egr_license_key",
 };
 
-constexpr std::string_view kWordsOfKeys[] = {"password", "passwd", "token",   "secret",
-                                             "license",  "apikey", "api_key", "credential"};
+// The configuration values that support may see. A key that is not here may be new, and a secret.
+constexpr std::string_view kHarmlessKeys[] = {"policy_api_url", "nxb_av_download_url",
+                                              "sb_flow_enabled", "block_page_text"};
 
 }  // namespace
 
 bool IsSecretColumn(std::string_view column) {
-  return std::find(std::begin(kColumns), std::end(kColumns), column) != std::end(kColumns);
+  return std::ranges::find(kColumns, column) != std::end(kColumns);
 }
 
 bool IsSecretKey(std::string_view key) {
-  std::string lower(key);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return std::any_of(std::begin(kWordsOfKeys), std::end(kWordsOfKeys),
-                     [&](std::string_view word) { return lower.find(word) != lower.npos; });
+  return std::ranges::none_of(
+      kHarmlessKeys, [&](std::string_view each) { return wexpol::EqualIgnoringCase(key, each); });
+}
+
+std::string WithoutCredentials(std::string_view text) {
+  constexpr std::string_view kBegin = "://";
+  constexpr std::string_view kBlanks = " \t\r\n\"'<>";
+  std::string safe;
+  for (std::size_t at; (at = text.find(kBegin)) != text.npos;) {
+    at += kBegin.size();
+    safe += text.substr(0, at);
+    text.remove_prefix(at);
+    std::string_view address = text.substr(0, text.find_first_of(kBlanks));
+    text.remove_prefix(address.size());
+    // A password may hold a slash or a question mark: the last @ ends it.
+    const std::size_t host = address.rfind('@');
+    if (host != address.npos) address.remove_prefix(host + 1);
+    const std::size_t query = address.find_first_of("?#");
+    safe += address.substr(0, query);
+    if (query != address.npos) safe += "?...";
+  }
+  return safe += text;
 }
 
 }  // namespace wexpolctl

@@ -20,7 +20,7 @@ Cell AttemptsLeft(CPolicyDB& session, short service, const wchar_t* format) {
 }
 
 ExitCode Services(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   CPolicyDB& session = database.session();
   const auto device = LocalDeviceId(database.handle());
   if (!device) {
@@ -30,13 +30,16 @@ ExitCode Services(Call& call) {
   Listing& listing = call.report.AddListing(
       "services", {"id", "service", "status", "available", "installed", "enabled", "install needed",
                    "downloads left", "installs left"});
+  std::vector<std::string> unasked;
   wexpol::Statement select(database.handle(),
                            "SELECT id, name FROM services UNION SELECT service_id, NULL FROM "
                            "device_services WHERE device_id=?1 AND service_id NOT IN (SELECT id "
                            "FROM services) ORDER BY id",
                            *device);
-  while (select.StepRow()) {
-    const auto id = static_cast<short>(select.Int(0));
+  ForEachRow(select, [&] {
+    const std::int64_t number = select.Int64(0);
+    const auto id = static_cast<short>(number);
+    if (id != number) return unasked.push_back(std::to_string(number));
     CDeviceService service;
     const bool has_row = service.Get(database.handle(), *device, id);
     listing.Add({Number(id), select.IsNull(1) ? Nothing() : Text(select.Text(1)),
@@ -46,13 +49,16 @@ ExitCode Services(Call& call) {
                  Flag(session.IsServiceInstallNeeded(id, *device)),
                  AttemptsLeft(session, id, wexpol::kDownloadAttempts),
                  AttemptsLeft(session, id, wexpol::kInstallAttempts)});
+  });
+  for (const std::string& id : unasked) {
+    call.report.AddLine("The agent knows no service " + id + ": its ids have 16 bits.");
   }
   if (listing.empty()) call.report.AddLine("There are no services.");
   return kDone;
 }
 
 ExitCode InstallerOptions(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   CDeviceService antivirus;
   if (!database.session().GetDeviceService(antivirus, wexpol::kAntivirusService)) {
     throw Failure{kFinding, "This device has no antivirus service.",

@@ -26,7 +26,7 @@ std::string ChangeOf(const SYSTEMTIME& date) {
 }
 
 ExitCode Time(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   constexpr long kUntouched = INT32_MIN;
   TIME_ZONE_INFORMATION zone{};
   zone.Bias = kUntouched;

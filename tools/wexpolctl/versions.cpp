@@ -14,7 +14,7 @@ namespace wexpolctl {
 namespace {
 
 ExitCode Versions(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   std::uint64_t empty = 0;
   std::string report;
   database.session().GetGlobalTableJson(empty, report);

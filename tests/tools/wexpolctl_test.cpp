@@ -455,7 +455,7 @@ TEST_F(WexpolctlTest, NothingTakesTheBackupsPlaceThatIsNoWholeDatabase) {
   WriteBytes(backup(), "");
   EXPECT_EQ(RunLine("restore").code, 1);
   EXPECT_TRUE(ReadBytes(path()) == sound);
-  EXPECT_TRUE(Holds(RunLine("doctor").out, "wexpol.bak has no tables"));
+  EXPECT_TRUE(Holds(RunLine("doctor --json").out, "wexpol.bak has no tables"));
 }
 
 TEST_F(WexpolctlTest, AdviceLeadsToTheFileThatWasNamed) {

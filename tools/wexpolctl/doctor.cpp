@@ -44,7 +44,8 @@ class Examination {
   void Print(Report& report) const {
     Listing& listing = report.AddListing("checks", {"check", "well", "what", "what to do"});
     for (const Line& line : lines_) {
-      listing.Add({Text(line.check), Flag(line.todo.empty()), Text(line.what),
+      listing.Add({Text(line.check), line.todo.empty() ? Flag(true) : Bad(Flag(false)),
+                   Text(line.what),
                    line.todo.empty() ? Nothing() : Text(AdviceFor(tool_, line.todo))});
     }
   }

@@ -1,162 +1,82 @@
 #include "tools/wexpolctl/report.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
+#include <numeric>
+#include <sstream>
 #include <utility>
 
+#include "tools/wexpolctl/json_writer.h"
 #include "tools/wexpolctl/secrets.h"
-#include "wexpol/platform/clock.h"
-#include "wexpol/platform/system_types.h"
-#include "wexpol/platform/text.h"
-#include "wexpol/records/json_text.h"
 
 namespace wexpolctl {
 namespace {
 
-constexpr std::size_t kMaxWidth = 120;  // Of a table; wider ones are printed as blocks.
-constexpr std::size_t kMaxCell = 60;    // Of a cell in a table.
 constexpr std::string_view kGap = "  ";
+constexpr std::size_t kNarrowest = 16;  // Of a column that is wrapped.
+constexpr const char *kBold = "\x1b[1m", *kRed = "\x1b[31m", *kPlain = "\x1b[0m";
 
-// Columns that a text takes on a terminal, near enough: its characters.
-std::size_t WidthOf(std::string_view text) {
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
-void PrintPadded(std::ostream& out, const std::string& text, std::size_t width, bool right) {
-  const std::string blanks(width - std::min(width, WidthOf(text)), ' ');
-  out << (right ? blanks + text : text + blanks);
-}
-
-std::string JsonString(std::string_view text) {
-  std::string json;
-  wexpol::AppendJsonString(text, json);
-  return json;
-}
-
-std::string JsonName(std::string name) {
-  std::replace(name.begin(), name.end(), ' ', '_');
-  return JsonString(name);
-}
-
-// Control characters, and those that turn or hide the text around them.
-bool IsObeyed(char32_t c) {
-  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x061C || (c >= 0x200B && c <= 0x200F) ||
-         (c >= 0x2028 && c <= 0x202E) || (c >= 0x2060 && c <= 0x206F) || c == 0xFEFF ||
-         (c >= 0xFFF9 && c <= 0xFFFB) || (c >= 0xE0000 && c <= 0xE007F);
-}
-
-// The next character of well-formed UTF-8, and its bytes.
-char32_t CharacterAt(std::string_view utf8, std::size_t* bytes) {
-  const auto lead = static_cast<unsigned char>(utf8[0]);
-  *bytes = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  char32_t c = *bytes == 1 ? lead : lead & (0x7Fu >> *bytes);
-  for (std::size_t i = 1; i < *bytes; ++i)
-    c = c << 6 | (static_cast<unsigned char>(utf8[i]) & 0x3F);
-  return c;
+std::string Coloured(const std::string& text, const char* colour, const Screen& screen) {
+  return screen.has_colour ? colour + text + kPlain : text;
 }
 
 }  // namespace
 
-std::string Printable(std::string_view utf8) {
-  const std::string repaired = wexpol::RepairUtf8(utf8);
-  std::string text;
-  std::size_t bytes = 0;
-  for (std::string_view left = repaired; !left.empty(); left.remove_prefix(bytes)) {
-    const char32_t c = CharacterAt(left, &bytes);
-    if (c == '\n' || c == '\r' || c == '\t') {
-      text += {'\\', c == '\n' ? 'n' : c == '\r' ? 'r' : 't'};
-    } else if (IsObeyed(c)) {
-      char escaped[16];
-      std::snprintf(escaped, sizeof escaped, c < 0x100 ? "\\x%02x" : "\\u%04x",
-                    static_cast<unsigned>(c));
-      text += escaped;
-    } else {
-      text += left.substr(0, bytes);
-    }
-  }
-  return text;
+// Whether its values are numbers, as far as there are any.
+bool Listing::HasNumbers(std::size_t column) const {
+  const auto is_none = [&](const auto& row) { return row[column].json == "null"; };
+  const auto fits = [&](const auto& row) { return is_none(row) || row[column].is_number; };
+  return std::all_of(rows_.begin(), rows_.end(), fits) &&
+         !std::all_of(rows_.begin(), rows_.end(), is_none);
 }
 
-Cell Nothing() { return {"null", "-"}; }
-
-Cell Text(std::string_view utf8) {
-  const std::string text = WithoutCredentials(utf8);
-  return {JsonString(text), Printable(text)};
-}
-
-Cell Text(std::wstring_view wide) { return Text(wexpol::WideToUtf8(wide)); }
-
-Cell Number(std::int64_t value) { return {std::to_string(value), std::to_string(value), true}; }
-
-Cell Flag(bool value) { return value ? Cell{"true", "yes"} : Cell{"false", "no"}; }
-
-Cell Size(std::uint64_t bytes) {
-  constexpr std::array<const char*, 5> kUnits = {"bytes", "KB", "MB", "GB", "TB"};
-  auto shown = static_cast<double>(bytes);
-  std::size_t unit = 0;
-  for (; shown >= 1024 && unit + 1 < kUnits.size(); ++unit) shown /= 1024;
-  char text[48];
-  std::snprintf(text, sizeof text, unit ? "%.1f %s" : "%.0f %s", shown, kUnits[unit]);
-  return {std::to_string(bytes), text};
-}
-
-Cell Duration(std::int64_t seconds) {
-  struct Unit {
-    std::int64_t seconds;
-    const char* name;
-  };
-  constexpr Unit kUnits[] = {{86400, " d "}, {3600, " h "}, {60, " min "}, {1, " s "}};
-  std::string text = seconds < 0 ? "-" : "";
-  std::int64_t left = seconds < 0 ? -seconds : seconds;
-  int shown = 0;  // The two largest units say enough.
-  for (const Unit& unit : kUnits) {
-    if (shown == 2 || (left < unit.seconds && shown == 0 && unit.seconds > 1)) continue;
-    text += std::to_string(left / unit.seconds) + unit.name;
-    left %= unit.seconds;
-    ++shown;
-  }
-  text.pop_back();
-  return {std::to_string(seconds), text};
-}
-
-Cell Instant(std::int64_t utc) {
-  const SYSTEMTIME local = wexpol::UtcToLocal(utc);
-  char text[48];
-  std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", unsigned{local.wYear},
-                unsigned{local.wMonth}, unsigned{local.wDay}, unsigned{local.wHour},
-                unsigned{local.wMinute}, unsigned{local.wSecond});
-  return {std::to_string(utc), text};
-}
-
-Cell Json(std::string json) {
-  std::string text = Printable(json);
-  return {std::move(json), std::move(text)};
-}
-
-void Listing::PrintText(std::ostream& out) const {
+// The columns' widths, the widest ones cut to the screen; none when that does not do.
+std::vector<std::size_t> Listing::Widths(std::size_t screen) const {
   std::vector<std::size_t> widths;
-  std::size_t total = 0;
-  std::size_t widest = 0;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     std::size_t width = WidthOf(columns_[i]);
     for (const auto& row : rows_) width = std::max(width, WidthOf(row[i].text));
-    widest = std::max(widest, width);
-    total += width + kGap.size();
     widths.push_back(width);
   }
-  if (may_wrap_ && (widest > kMaxCell || total > kMaxWidth)) return PrintBlocks(out);
-  const auto print = [&](std::size_t i, const std::string& text) {
-    const bool right = !rows_.empty() && rows_.front()[i].is_number;
-    const bool last = i + 1 == columns_.size();
-    PrintPadded(out, text, last && !right ? 0 : widths[i], right);
-    out << (last ? "\n" : kGap);
-  };
-  for (std::size_t i = 0; i < columns_.size(); ++i) print(i, columns_[i]);
-  for (const auto& row : rows_) {
-    for (std::size_t i = 0; i < columns_.size(); ++i) print(i, row[i].text);
+  std::size_t total = std::accumulate(widths.begin(), widths.end(), std::size_t{0}) +
+                      kGap.size() * (widths.size() - 1);
+  while (total > screen) {
+    const auto widest = std::max_element(widths.begin(), widths.end());
+    const std::size_t excess = total - screen;
+    if (*widest <= kNarrowest) return {};
+    const std::size_t cut = std::min(excess, *widest - kNarrowest);
+    *widest -= cut;
+    total -= cut;
   }
+  return widths;
+}
+
+void Listing::PrintText(std::ostream& out, const Screen& screen) const {
+  const std::vector<std::size_t> widths = Widths(screen.width);
+  if (widths.empty()) return PrintBlocks(out);
+  std::vector<bool> right;
+  for (std::size_t i = 0; i < widths.size(); ++i) right.push_back(HasNumbers(i));
+  const auto print = [&](const auto& cell_of, const char* colour) {
+    std::vector<std::vector<std::string>> cells;
+    std::size_t height = 1;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+      cells.push_back(Wrapped(cell_of(i).text, widths[i]));
+      height = std::max(height, cells.back().size());
+    }
+    for (std::size_t line = 0; line < height; ++line) {
+      std::string gap, text;
+      for (std::size_t i = 0; i < widths.size(); ++i) {
+        const std::string part = line < cells[i].size() ? cells[i][line] : "";
+        const std::string shown = Padded(part, widths[i], right[i]);
+        text += gap + (cell_of(i).is_bad ? Coloured(shown, kRed, screen) : shown);
+        gap = kGap;
+      }
+      text.erase(text.find_last_not_of(' ') + 1);
+      out << (colour ? Coloured(text, colour, screen) : text) << '\n';
+    }
+  };
+  print([&](std::size_t i) { return Cell{"", columns_[i]}; }, kBold);
+  for (const auto& row : rows_)
+    print([&](std::size_t i) -> const Cell& { return row[i]; }, nullptr);
 }
 
 void Listing::PrintBlocks(std::ostream& out) const {
@@ -165,42 +85,45 @@ void Listing::PrintBlocks(std::ostream& out) const {
   for (const auto& row : rows_) {
     if (&row != &rows_.front()) out << '\n';
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      PrintPadded(out, columns_[i], longest, false);
-      out << kGap << row[i].text << '\n';
+      out << Padded(columns_[i], longest, false) << kGap << row[i].text << '\n';
     }
   }
 }
 
-void Listing::PrintJson(std::ostream& out) const {
-  out << '[';
+void Listing::WriteJson(JsonWriter& writer) const {
+  writer.StartArray();
   for (const auto& row : rows_) {
-    out << (&row == &rows_.front() ? "\n    {" : ",\n    {");
+    writer.StartObject();
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-      out << (i ? ", " : "") << JsonName(columns_[i]) << ": " << row[i].json;
+      writer.Name(columns_[i]);
+      writer.Value(row[i].json);
     }
-    out << '}';
+    writer.EndObject();
   }
-  out << (rows_.empty() ? "]" : "\n  ]");
+  writer.EndArray();
 }
 
 void Report::Add(std::string name, Cell value) {
   parts_.push_back({Part::kValue, std::move(name), std::move(value), Listing({})});
 }
 
-Listing& Report::AddListing(std::string name, std::vector<std::string> columns, bool may_wrap) {
-  parts_.push_back({Part::kListing, std::move(name), {}, Listing(std::move(columns), may_wrap)});
+Listing& Report::AddListing(std::string name, std::vector<std::string> columns) {
+  parts_.push_back({Part::kListing, std::move(name), {}, Listing(std::move(columns))});
   return parts_.back().listing;
 }
 
-void Report::AddLine(std::string text) {
-  parts_.push_back({Part::kLine, {}, {{}, std::move(text)}, Listing({})});
+void Report::AddLine(const std::string& text) {
+  parts_.push_back({Part::kLine, {}, Text(text), Listing({})});
 }
 
 void Report::AddBlock(std::string name, const std::string& lines) {
-  parts_.push_back({Part::kBlock, std::move(name), {JsonString(lines), lines}, Listing({})});
+  Cell cell{Text(lines).json, ""};
+  std::istringstream stream(WithoutCredentials(lines));
+  for (std::string line; std::getline(stream, line);) cell.text += Printable(line) + '\n';
+  parts_.push_back({Part::kBlock, std::move(name), std::move(cell), Listing({})});
 }
 
-void Report::PrintText(std::ostream& out) const {
+void Report::PrintText(std::ostream& out, const Screen& screen) const {
   std::size_t longest = 0;
   for (const Part& part : parts_) {
     if (part.kind == Part::kValue) longest = std::max(longest, WidthOf(part.name));
@@ -208,32 +131,33 @@ void Report::PrintText(std::ostream& out) const {
   bool first = true;
   for (const Part& part : parts_) {
     if (part.kind == Part::kValue) {
-      PrintPadded(out, part.name, longest, false);
-      out << kGap << part.value.text << '\n';
+      out << Padded(part.name, longest, false) << kGap << part.value.text << '\n';
     } else if (part.kind == Part::kBlock) {
       out << part.value.text;
     } else if (part.kind == Part::kLine) {
       out << part.value.text << '\n';
     } else if (!part.listing.empty()) {
       if (!first) out << '\n';
-      part.listing.PrintText(out);
+      part.listing.PrintText(out, screen);
     }
     first = false;
   }
 }
 
 void Report::PrintJson(std::ostream& out) const {
-  const char* separator = "{\n  ";
+  JsonWriter writer;
+  writer.StartObject();
   for (const Part& part : parts_) {
     if (part.kind == Part::kLine) continue;
-    out << std::exchange(separator, ",\n  ") << JsonName(part.name) << ": ";
+    writer.Name(part.name);
     if (part.kind == Part::kListing) {
-      part.listing.PrintJson(out);
+      part.listing.WriteJson(writer);
     } else {
-      out << part.value.json;
+      writer.Value(part.value.json);
     }
   }
-  out << (*separator == '{' ? "{}\n" : "\n}\n");
+  writer.EndObject();
+  out << writer.Text() << '\n';
 }
 
 }  // namespace wexpolctl

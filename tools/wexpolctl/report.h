@@ -10,19 +10,22 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/wexpolctl/layout.h"
+
 namespace wexpolctl {
+
+class JsonWriter;
 
 // One value in both of its forms.
 struct Cell {
   std::string json;
-  std::string text;  // Fit for a terminal: no control characters.
+  std::string text;  // Printable.
   bool is_number = false;
+  bool is_bad = false;  // Stands out where there is colour.
 };
 
-// Escapes what a terminal would obey instead of print.
-std::string Printable(std::string_view utf8);
-
 Cell Nothing();  // null, "-"
+// Without what is secret in the addresses of the text.
 Cell Text(std::string_view utf8);
 Cell Text(std::wstring_view wide);
 Cell Number(std::int64_t value);
@@ -30,29 +33,31 @@ Cell Flag(bool value);
 // Bytes and seconds: numbers in JSON, with a unit in the text.
 Cell Size(std::uint64_t bytes);
 Cell Duration(std::int64_t seconds);
-// An instant in seconds since 1970 UTC; local time in the text.
+// An instant in seconds since 1970 UTC; local time with its zone in the text.
 Cell Instant(std::int64_t utc);
 // A value that is JSON already.
 Cell Json(std::string json);
+Cell Bad(Cell cell);
 
 // Rows of cells under column names.
 class Listing {
  public:
-  // One line per row; with `may_wrap`, one per column where the table would be too wide.
-  explicit Listing(std::vector<std::string> columns, bool may_wrap = true)
-      : columns_(std::move(columns)), may_wrap_(may_wrap) {}
+  explicit Listing(std::vector<std::string> columns) : columns_(std::move(columns)) {}
 
   void Add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
   bool empty() const { return rows_.empty(); }
 
-  void PrintText(std::ostream& out) const;
-  void PrintJson(std::ostream& out) const;
+  // A line per row; the widest columns are wrapped where the screen is too narrow, and with very
+  // many columns each gets a line.
+  void PrintText(std::ostream& out, const Screen& screen) const;
+  void WriteJson(JsonWriter& writer) const;
 
  private:
+  bool HasNumbers(std::size_t column) const;
+  std::vector<std::size_t> Widths(std::size_t screen) const;
   void PrintBlocks(std::ostream& out) const;
 
   std::vector<std::string> columns_;
-  bool may_wrap_;
   std::vector<std::vector<Cell>> rows_;
 };
 
@@ -62,13 +67,13 @@ class Report {
  public:
   void Add(std::string name, Cell value);
   // The listing stays valid as long as the report.
-  Listing& AddListing(std::string name, std::vector<std::string> columns, bool may_wrap = true);
-  void AddLine(std::string text);
-  // A text of whole lines, printed as it is; one string in JSON.
+  Listing& AddListing(std::string name, std::vector<std::string> columns);
+  void AddLine(const std::string& text);
+  // A text of whole lines, each printable; one string in JSON.
   void AddBlock(std::string name, const std::string& lines);
   bool empty() const { return parts_.empty(); }
 
-  void PrintText(std::ostream& out) const;
+  void PrintText(std::ostream& out, const Screen& screen = {}) const;
   void PrintJson(std::ostream& out) const;
 
  private:

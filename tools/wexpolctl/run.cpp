@@ -48,11 +48,11 @@ ExitCode RunCommand(const CommandLine& line, Report& report, std::ostream& out,
   return line.command.run(call);
 }
 
-void Print(const Report& report, bool json, std::ostream& out) {
+void Print(const Report& report, bool json, std::ostream& out, const Screen& screen) {
   if (json) {
     report.PrintJson(out);
   } else {
-    report.PrintText(out);
+    report.PrintText(out, screen);
   }
 }
 
@@ -71,7 +71,7 @@ Failure FailureOf(Action&& action) {
 }  // namespace
 
 int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
-        bool err_is_terminal) {
+        const Screen& screen, bool err_is_terminal) {
   bool json = std::find(args.begin(), args.end(), "--json") != args.end();
   Report report;
   std::optional<CommandLine> line;
@@ -90,7 +90,7 @@ int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& e
     report.Add("error", Text(failure.problem));
     report.Add("next", Text(failure.next));
   }
-  if (line || failed) Print(report, json, out);
+  if (line || failed) Print(report, json, out, screen);
   if (!out.flush()) {
     err << "The result cannot be written: the disk is full, or nobody reads it." << std::endl;
     return kFinding;

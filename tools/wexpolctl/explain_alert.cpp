@@ -42,7 +42,7 @@ std::string Outcome(sqlite3* copy, const CAlertEventType& type) {
 
 ExitCode ExplainAlert(Call& call) {
   const std::int64_t id = *call.options.Number("--alert");
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   sqlite3* db = database.handle();
   CAlertEventType type;
   if (!wexpol::QueryRecord(type, db, CAlertEventType::Table().select_by_key(), id)) {

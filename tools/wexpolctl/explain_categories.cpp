@@ -55,7 +55,7 @@ ExitCode ExplainCategories(Call& call) {
   for (const std::string& name : call.options.Texts("--category")) {
     names.insert(wexpol::Utf8ToWide(name));
   }
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   sqlite3* db = database.handle();
   const wexpol::ReadScope scope(db);
   Listing& categories = call.report.AddListing(

@@ -118,7 +118,7 @@ std::string WhyNoPolicy(sqlite3* db, const Steps& info) {
 
 ExitCode ExplainProgram(Call& call) {
   const Program program = ProgramOf(call.options);
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   sqlite3* db = database.handle();
   const wexpol::ReadScope scope(db);
 

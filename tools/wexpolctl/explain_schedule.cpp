@@ -51,7 +51,7 @@ std::string LastRun() {
 
 ExitCode ExplainSchedule(Call& call) {
   const std::int64_t id = *call.options.Number("--schedule");
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   CAvSchedule schedule;
   if (!wexpol::QueryRecord(schedule, database.handle(), CAvSchedule::Table().select_by_key(), id)) {
     throw Failure{kFinding, "There is no schedule " + std::to_string(id) + ".",

@@ -10,7 +10,7 @@ namespace wexpolctl {
 namespace {
 
 ExitCode NextScan(Call& call) {
-  Database database(call.database);
+  Database database(call.database, Database::kAsk);
   Listing& listing =
       call.report.AddListing("schedules", {"id", "name", "enabled", "kind", "left", "at"});
   CAvSchedule schedule;

@@ -132,7 +132,8 @@ class MachinesTest : public ::testing::Test {
     const std::string all = err.str() + out.str();
     const std::string folder = wexpol::WideToUtf8(environment_.folder());
     std::string first = Replaced(all.substr(0, all.find('\n')), folder, "FOLDER");
-    return {code, Replaced(Replaced(std::move(first), "\\", "/"), kSamples, "SAMPLES")};
+    first = Replaced(Replaced(std::move(first), "\\", "/"), kSamples, "SAMPLES");
+    return {code, Replaced(std::move(first), "Z:SAMPLES", "SAMPLES")};  // The drive of Wine.
   }
 
   void Make(const std::string& machine) {
